@@ -2,6 +2,8 @@
 
 #include "Zar/ResourcesLibrary/Image/codec/Input.h"
 
+#include <cstdint>
+
 // Reads the file kinds that Qt's image classes decode and copies the decoded pixels into an image
 // of the matching format.
 class QtInput : public Zar::ResourcesLibrary::Image::Input
@@ -12,4 +14,9 @@ public:
     Zar::ResourcesLibrary::Image::MutableImage Load(char const* filePath) override;
 
     using Input::Load;
+
+    // The image format of a QImage::Format value; values without a counterpart give Unknown.
+    static Zar::ResourcesLibrary::Image::ImageFormat FromQtFormat(int qtFormat);
+    // Bytes of a row of x pixels, padded to 4 bytes as Qt pads its rows. Requires x >= 0.
+    static uint32_t LineStride(int x, Zar::ResourcesLibrary::Image::ImageFormat format);
 };

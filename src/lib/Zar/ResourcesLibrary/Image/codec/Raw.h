@@ -7,7 +7,8 @@
 class Raw
 {
 public:
-    // Opens filePath for reading and returns its size in bytes (0 when it cannot be opened). The
-    // last argument is the size the caller expects; it is advisory and does not change what is read.
-    static size_t Open(std::ifstream& stream, char const* filePath, size_t expectedSize);
+    // Opens filePath for reading and returns how many bytes of it the caller may read: the file's
+    // size, but never more than maxSize, the most the caller will take. The stream is left at the
+    // start of the file. A file that cannot be opened leaves the stream failed and gives 0.
+    static size_t Open(std::ifstream& stream, char const* filePath, size_t maxSize);
 };

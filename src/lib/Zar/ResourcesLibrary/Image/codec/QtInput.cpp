@@ -1,0 +1,98 @@
+#include "Zar/ResourcesLibrary/Image/codec/QtInput.h"
+
+#include "Zar/Lt/Exceptions/Check.h"
+#include "Zar/ResourcesLibrary/Image/ImageFormatHelper.h"
+#include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
+
+#include <QImage>
+#include <QString>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <string>
+#include <vector>
+
+using Zar::ResourcesLibrary::ResourcesLibraryException;
+using Zar::ResourcesLibrary::Image::ImageFormat;
+using Zar::ResourcesLibrary::Image::ImageFormatHelper;
+using Zar::ResourcesLibrary::Image::ImageInfo;
+using Zar::ResourcesLibrary::Image::MutableImage;
+
+namespace {
+
+// Qt formats 1 to 17 in order. Format_ARGB32 is paired with Bgrx on purpose: its pixels lie in
+// memory as B, G, R, A on the little-endian targets, and images from it have always carried that
+// name, alpha or not.
+constexpr std::array<ImageFormat, 17> kFromQt {
+    ImageFormat::Mono,    // Format_Mono
+    ImageFormat::Unknown, // Format_MonoLSB
+    ImageFormat::Unknown, // Format_Indexed8
+    ImageFormat::Rgbx,    // Format_RGB32
+    ImageFormat::Bgrx,    // Format_ARGB32
+    ImageFormat::Unknown, // Format_ARGB32_Premultiplied
+    ImageFormat::Unknown, // Format_RGB16
+    ImageFormat::Unknown, // Format_ARGB8565_Premultiplied
+    ImageFormat::Unknown, // Format_RGB666
+    ImageFormat::Unknown, // Format_ARGB6666_Premultiplied
+    ImageFormat::Unknown, // Format_RGB555
+    ImageFormat::Unknown, // Format_ARGB8555_Premultiplied
+    ImageFormat::Rgb24,   // Format_RGB888
+    ImageFormat::Unknown, // Format_RGB444
+    ImageFormat::Unknown, // Format_ARGB4444_Premultiplied
+    ImageFormat::Rgbx,    // Format_RGBX8888
+    ImageFormat::Rgba,    // Format_RGBA8888
+};
+
+std::string FormatName(ImageFormat format)
+{
+    constexpr unsigned int kLastFormat = 11;
+    auto const value = static_cast<unsigned int>(format);
+    if (value > kLastFormat)
+        return "Undefined";
+    return std::string(ImageFormatHelper::GetString(value));
+}
+
+} // namespace
+
+ImageFormat QtInput::FromQtFormat(int qtFormat)
+{
+    if (qtFormat < 1 || qtFormat > static_cast<int>(kFromQt.size()))
+        return ImageFormat::Unknown;
+    return kFromQt[static_cast<size_t>(qtFormat - 1)];
+}
+
+uint32_t QtInput::LineStride(int x, ImageFormat format)
+{
+    ZAR_PRECONDITION(x >= 0);
+    uint64_t const bits = uint64_t { static_cast<uint32_t>(x) } * ImageFormatHelper::BitsPerPixel(format);
+    return static_cast<uint32_t>((((bits + 7) >> 3) + 3) & ~uint64_t { 3 });
+}
+
+MutableImage QtInput::Load(char const* filePath)
+{
+    // Paths are taken byte for byte as Latin-1, as the loader has always read them.
+    QImage const decoded(
+        QString::fromLatin1(filePath, filePath != nullptr ? static_cast<int>(std::strlen(filePath)) : -1), nullptr);
+    if (decoded.sizeInBytes() == 0)
+        return MutableImage::Empty;
+
+    ImageFormat const format = FromQtFormat(QImage::toImageFormat(decoded.pixelFormat()));
+    if (_imageFormat != ImageFormat::Unknown && _imageFormat != format)
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Invalid format " + FormatName(format));
+
+    ImageInfo info(format);
+    info._width = decoded.width();
+    info._height = decoded.height();
+    info._stride = LineStride(decoded.width(), format);
+
+    size_t const size = size_t { info._stride } * static_cast<size_t>(std::max(decoded.height(), 0));
+    std::vector<uint8_t> pixels(size, 0);
+    // For the formats of the table Qt's rows are exactly as long as ours and this is one block
+    // copy. A format outside the table counts 32 bits a pixel and may need more bytes than Qt
+    // decoded: only what Qt holds is copied, and the rest of the image stays zero.
+    size_t const available = std::min(size, static_cast<size_t>(decoded.sizeInBytes()));
+    if (available > 0)
+        std::memcpy(pixels.data(), decoded.constBits(), available);
+    return MutableImage(info, std::move(pixels));
+}

@@ -1,0 +1,51 @@
+#include "Zar/ResourcesLibrary/Image/codec/RawInput.h"
+
+#include "Zar/Lt/Exceptions/Check.h"
+#include "Zar/ResourcesLibrary/Image/codec/Raw.h"
+#include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
+
+#include <fstream>
+#include <string>
+#include <vector>
+
+using Zar::ResourcesLibrary::ResourcesLibraryException;
+using Zar::ResourcesLibrary::Image::ImageFormat;
+using Zar::ResourcesLibrary::Image::ImageInfo;
+using Zar::ResourcesLibrary::Image::MutableImage;
+
+namespace {
+
+ImageInfo FrameInfo()
+{
+    ImageInfo info(ImageFormat::Bgra);
+    info._width = RawInput::kWidth;
+    info._height = RawInput::kHeight;
+    // 32 bits a pixel: the rows are already multiples of 4 bytes and carry no padding.
+    info._stride = RawInput::kWidth * 4;
+    info._bottomUp = 1;
+    return info;
+}
+
+} // namespace
+
+MutableImage RawInput::Load(char const* filePath)
+{
+    std::string const path = filePath != nullptr ? filePath : "";
+    ImageInfo const info = FrameInfo();
+    size_t const frameSize = size_t { info.Stride() } * kHeight;
+
+    std::ifstream stream;
+    size_t const available = Raw::Open(stream, path.c_str(), frameSize);
+    if (stream.fail() || stream.bad())
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "cannot open file '" + path + "'");
+
+    // Only the first frame is taken; bytes beyond it are ignored. A file shorter than one frame
+    // is not refused: what it holds fills the top of the frame and the rest stays black, which
+    // shows a truncated dump for what it is instead of failing a whole build over it.
+    std::vector<uint8_t> pixels(frameSize, 0);
+    if (available > 0)
+        stream.read(reinterpret_cast<char*>(pixels.data()), static_cast<std::streamsize>(available));
+    if (stream.bad())
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "cannot open file '" + path + "'");
+    return MutableImage(info, std::move(pixels));
+}
