@@ -1,0 +1,77 @@
+#include "Zar/Lt/Core/Crc16.h"
+
+#include "Zar/Lt/Exceptions/Check.h"
+
+#include <algorithm>
+
+namespace Zar::Lt::Core {
+
+namespace {
+
+// The reflected form of the polynomial 0x8005: the table works on bytes fed low bit first.
+constexpr uint16_t kReflectedPolynomial = 0xA001;
+
+constexpr uint16_t SingleByteCrc(uint8_t byte)
+{
+    uint16_t crc = byte;
+    for (int bit = 0; bit < 8; ++bit)
+        crc = (crc & 1) ? static_cast<uint16_t>((crc >> 1) ^ kReflectedPolynomial) : static_cast<uint16_t>(crc >> 1);
+    return crc;
+}
+
+constexpr std::array<uint16_t, 256> MakeTable()
+{
+    std::array<uint16_t, 256> table {};
+    for (std::size_t i = 0; i < table.size(); ++i)
+        table[i] = SingleByteCrc(static_cast<uint8_t>(i));
+    return table;
+}
+
+constexpr std::array<uint16_t, 256> kTable = MakeTable();
+static_assert(kTable[0] == 0x0000 && kTable[1] == 0xC0C1 && kTable[2] == 0xC181 && kTable[255] == 0x4040);
+
+} // namespace
+
+std::array<uint16_t, 256> const Crc16::_table = kTable;
+
+uint16_t Crc16::Next(uint8_t byte)
+{
+    _value = static_cast<uint16_t>(_table[(byte ^ _value) & 0xFF] ^ (_value >> 8));
+    return _value;
+}
+
+uint16_t Crc16::Value(uint8_t byte, unsigned count)
+{
+    for (unsigned i = 0; i < count; ++i)
+        Next(byte);
+    return _value;
+}
+
+uint16_t Crc16::Value(uint8_t const* data, unsigned length)
+{
+    ZAR_PRECONDITION(data != nullptr || length == 0);
+    for (unsigned i = 0; i < length; ++i)
+        Next(data[i]);
+    return _value;
+}
+
+std::vector<uint16_t> Crc16::GetValues(uint8_t const* data, int length, uint16_t chunk, uint8_t pad)
+{
+    std::vector<uint16_t> values;
+    if (length < 1)
+        return values;
+    ZAR_PRECONDITION(chunk > 0);
+    ZAR_PRECONDITION(data != nullptr);
+    // 64-bit offsets: a length near the top of int plus one more chunk must not overflow.
+    auto const total = static_cast<int64_t>(length);
+    values.reserve(static_cast<std::size_t>((total + chunk - 1) / chunk));
+    for (int64_t offset = 0; offset < total; offset += chunk) {
+        auto const taken = static_cast<unsigned>(std::min<int64_t>(chunk, total - offset));
+        Crc16 crc;
+        crc.Value(data + offset, taken);
+        values.push_back(crc.Value(pad, chunk - taken));
+    }
+    return values;
+}
+
+} // namespace Zar::Lt::Core
