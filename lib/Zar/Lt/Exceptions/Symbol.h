@@ -9,7 +9,9 @@
 namespace Zar::Lt::Exceptions {
 
 // One line of a captured call stack, split into its parts. The library and mangled views point into
-// the line the symbol was filled from; the others point into the symbol's own demangled signature.
+// the line the symbol was filled from (or into the symbol's own copy of it, see FillOwned); the
+// others point into the symbol's own demangled signature. Moving re-points the views that refer to
+// the symbol's own strings, since a short string's characters move with the object.
 class Symbol
 {
 public:
@@ -20,7 +22,10 @@ public:
     Symbol(Symbol const&) = delete;
     Symbol& operator=(Symbol const&) = delete;
 
+    // Splits `line` into the fields; the library and mangled views then refer to `line`.
     void Fill(std::string_view line);
+    // As Fill, but the symbol keeps its own copy of the line, so it may outlive the original.
+    void FillOwned(std::string line);
     void ParseSignature();
     void ParseAddress(std::string_view text);
     void SetSignature(std::string_view signature);
@@ -40,6 +45,10 @@ public:
     SourceInfo const& Source() const { return _source; }
 
 private:
+    void ResetLineViews();
+    void ResetSignatureViews();
+    void TakeOver(Symbol& other) noexcept;
+
     std::string_view _libraryFullPath;
     std::string_view _libraryName;
     std::string_view _mangled;
@@ -53,6 +62,8 @@ private:
     int32_t _offset = 0;
     uint64_t _address = 0;
     SourceInfo _source;
+    // The copy of the stack line made by FillOwned; empty when the line belongs to the caller.
+    std::string _line;
 };
 
 } // namespace Zar::Lt::Exceptions
