@@ -10,6 +10,7 @@
 #include <istream>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Zar::ResourcesLibrary::Image {
@@ -48,6 +49,19 @@ public:
     }
 
     static char const* GetExtension(FileFormat format);
+
+    // Every path built from a pattern lives in a buffer of this size, terminator included.
+    static constexpr size_t PathBufferSize = 512;
+
+    // Writes the pattern with its integer conversion replaced by the index into buffer (size bytes,
+    // always NUL-terminated when size > 0, cut where it does not fit). Only the first integer
+    // conversion is formatted; any other conversion is copied as plain text.
+    static void FormatIndex(char* buffer, size_t size, std::string const& pattern, int index);
+    // The pattern itself, or "%04d" when it has no conversion to put the index in.
+    static std::string PatternOrDefault(std::string const& pattern);
+    // The path's last extension, dot included, when it is a usable one: at least one character
+    // after the last '.', which is not a second '.', and no '/' after it. Otherwise empty.
+    static std::string_view UsableExtension(std::string_view path) noexcept;
     static std::unique_ptr<Input> Create(FileFormat format, ImageFormat imageFormat, std::string&& folder,
         std::string&& name);
     static std::unique_ptr<Input> Create(char const* path);
@@ -58,6 +72,10 @@ public:
     std::string const& GetFolder() const noexcept { return _folder; }
 
 protected:
+    // Reads up to size bytes through the virtual stream Read. The buffer grows only as bytes
+    // arrive, so a size that the stream cannot back never turns into a large allocation.
+    std::vector<uint8_t> ReadAvailable(std::istream& stream, uint64_t size);
+
     FileFormat _fileFormat;
     ImageFormat _imageFormat;
     std::string _pattern;

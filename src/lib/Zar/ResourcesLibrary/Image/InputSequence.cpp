@@ -1,0 +1,175 @@
+#include "Zar/ResourcesLibrary/Image/InputSequence.h"
+
+#include "Zar/Lt/Exceptions/Check.h"
+#include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
+
+#include <cstring>
+#include <exception>
+#include <fstream>
+#include <istream>
+
+namespace Zar::ResourcesLibrary::Image {
+
+namespace {
+
+constexpr char SourceFile[] = "src/lib/Zar/ResourcesLibrary/Image/InputSequence";
+constexpr char const* WhiteSpace = " \t\r\n";
+
+// Reads one line, keeping at most maxLength characters of it: the rest of a longer line is
+// skipped up to its line feed, so the next line is read whole. Returns false at end of file.
+bool ReadLine(std::istream& stream, std::string& line, size_t maxLength)
+{
+    line.clear();
+    bool any = false;
+    for (int c = stream.get(); c != std::char_traits<char>::eof(); c = stream.get()) {
+        any = true;
+        if (c == '\n')
+            break;
+        if (line.size() < maxLength)
+            line += static_cast<char>(c);
+    }
+    return any;
+}
+
+// A name ends at a NUL byte, as a C string would, and loses the white space around it.
+std::string TrimmedName(std::string const& line)
+{
+    std::string name = line.substr(0, line.find('\0'));
+    size_t const first = name.find_first_not_of(WhiteSpace);
+    if (first == std::string::npos)
+        return {};
+    size_t const last = name.find_last_not_of(WhiteSpace);
+    return name.substr(first, last - first + 1);
+}
+
+} // namespace
+
+InputSequence::InputSequence(FileFormat format, std::string const& directory, std::string const& pattern,
+    bool required)
+    : _input(Input::Create(format, ImageFormat::Unknown, std::string(directory), std::string(pattern)))
+    , _directory(directory)
+    , _pattern(pattern)
+    , _required(required)
+{
+}
+
+InputSequence::~InputSequence() = default;
+
+bool InputSequence::CheckInput() const
+{
+    if (_input)
+        return true;
+    if (_required)
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO_AT(SourceFile, 29), "No input");
+    return false;
+}
+
+void InputSequence::AddItem(std::string const& name)
+{
+    _items.push_back(name);
+}
+
+void InputSequence::AddList(std::string const& listPath)
+{
+    std::ifstream stream(listPath);
+    if (!stream.is_open()) {
+        if (_required)
+            throw ResourcesLibraryException(ZAR_SOURCE_INFO_AT(SourceFile, 55), "Cannot open " + listPath);
+        return;
+    }
+    std::string line;
+    while (ReadLine(stream, line, MaxLineLength)) {
+        std::string name = TrimmedName(line);
+        if (!name.empty())
+            _items.push_back(std::move(name));
+    }
+}
+
+void InputSequence::LoadAll(Callback const& callback, int start)
+{
+    if (!CheckInput())
+        return;
+    int index = start;
+    std::string errors;
+    for (std::string const& item : _items) {
+        std::string const name = BareName(item);
+        // A failed item still uses up its number. Counting wraps instead of overflowing.
+        index = static_cast<int>(static_cast<unsigned>(index) + 1u);
+        try {
+            MutableImage image = _input->Read(index, item);
+            if (image.IsEmpty())
+                continue;
+            callback(index, name, image);
+        } catch (std::exception const& e) {
+            if (_required)
+                errors += std::to_string(index) + " " + item + DefaultExtension() + " " + e.what() + "\n";
+        } catch (...) {
+            if (_required)
+                errors += std::to_string(index) + " " + item + DefaultExtension() + " unknown exception\n";
+        }
+    }
+    if (_required && !errors.empty())
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO_AT(SourceFile, 85), errors);
+}
+
+std::string InputSequence::GetFilePath(int index, std::string const& name) const
+{
+    std::string const pattern = Input::PatternOrDefault(_pattern);
+    char buffer[Input::PathBufferSize] = {};
+    if (pattern.find('/') != std::string::npos) {
+        Input::FormatIndex(buffer, sizeof(buffer), pattern, index);
+    } else {
+        // The number follows the directory in what remains of the buffer: a long directory cuts
+        // the number rather than running past the buffer.
+        std::strncpy(buffer, _directory.c_str(), sizeof(buffer) - 1);
+        size_t const used = std::strlen(buffer);
+        Input::FormatIndex(buffer + used, sizeof(buffer) - used, pattern, index);
+    }
+    if (!name.empty()) {
+        if (char* slash = std::strrchr(buffer, '/')) {
+            size_t const offset = static_cast<size_t>(slash + 1 - buffer);
+            std::strncpy(slash + 1, name.c_str(), sizeof(buffer) - 1 - offset);
+            buffer[sizeof(buffer) - 1] = '\0';
+        }
+    }
+    if (Input::UsableExtension(buffer).empty()) {
+        char const* extension = _input ? Input::GetExtension(_input->GetFileFormat()) : nullptr;
+        std::strncat(buffer, extension ? extension : ".bmp", sizeof(buffer) - 1 - std::strlen(buffer));
+    }
+    return buffer;
+}
+
+MutableImage InputSequence::Read(int index)
+{
+    if (!CheckInput())
+        return MutableImage();
+    char path[Input::PathBufferSize];
+    Input::FormatIndex(path, sizeof(path), Input::PatternOrDefault(_pattern), index);
+    return _input->Load(static_cast<char const*>(path));
+}
+
+MutableImage InputSequence::Read(int index, std::string const& name)
+{
+    if (name.empty())
+        return Read(index);
+    if (!CheckInput())
+        return MutableImage();
+    return _input->Load(GetFilePath(index, name));
+}
+
+std::string InputSequence::BareName(std::string const& item)
+{
+    size_t const slash = item.rfind('/');
+    std::string name = slash == std::string::npos ? item : item.substr(slash + 1);
+    std::string_view const extension = Input::UsableExtension(name);
+    name.resize(name.size() - extension.size());
+    return name;
+}
+
+char const* InputSequence::DefaultExtension() const
+{
+    char const* extension = _input ? Input::GetExtension(_input->GetFileFormat()) : nullptr;
+    return extension ? extension : "";
+}
+
+} // namespace Zar::ResourcesLibrary::Image

@@ -1,0 +1,277 @@
+#include "Zar/ResourcesLibrary/Image/codec/BmpInput.h"
+
+#include "Zar/ResourcesLibrary/Image/ImageFormatHelper.h"
+#include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
+#include "Zar/Lt/Exceptions/Check.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <string>
+
+using Zar::ResourcesLibrary::ResourcesLibraryException;
+using Zar::ResourcesLibrary::Image::ImageFormat;
+using Zar::ResourcesLibrary::Image::ImageFormatHelper;
+using Zar::ResourcesLibrary::Image::ImageInfo;
+using Zar::ResourcesLibrary::Image::MutableImage;
+using Zar::ResourcesLibrary::Image::BmpInternal::BITMAPFILEHEADER;
+using Zar::ResourcesLibrary::Image::BmpInternal::BITMAPINFOHEADER;
+
+namespace {
+
+constexpr uint16_t BmpMagic = 0x4D42;
+constexpr uint32_t FileHeaderSize = sizeof(BITMAPFILEHEADER);
+constexpr uint32_t InfoHeaderSize = sizeof(BITMAPINFOHEADER);
+
+// The first palette entry of a file drawn black on white; any other start means white on black.
+constexpr std::array<uint8_t, 3> white = { 0xFF, 0xFF, 0xFF };
+// Two 1-bit pixels (the first in the higher bit of the index) to one byte of two 4-bit pixels.
+constexpr std::array<uint8_t, 4> whiteTable = { 0xFF, 0xF0, 0x0F, 0x00 };
+constexpr std::array<uint8_t, 4> blackTable = { 0x00, 0x0F, 0xF0, 0xFF };
+
+// The 1-bit conversion counts its output lines in 16 bits, so lines past this many are never
+// reached by it and stay zero.
+constexpr uint32_t MonoLineCounterRange = 1u << 16;
+
+template <typename T>
+T FromLittleEndian(T value)
+{
+    if constexpr (std::endian::native == std::endian::big && sizeof(T) == 2)
+        return static_cast<T>(__builtin_bswap16(static_cast<uint16_t>(value)));
+    else if constexpr (std::endian::native == std::endian::big && sizeof(T) == 4)
+        return static_cast<T>(__builtin_bswap32(static_cast<uint32_t>(value)));
+    return value;
+}
+
+std::string HexWord(uint16_t value)
+{
+    char text[8];
+    std::snprintf(text, sizeof(text), "%04x", value);
+    return text;
+}
+
+// The loader's own source line length: the bits are divided by 8 rounding DOWN before padding to
+// 4 bytes, so lines whose bit length is not a whole number of bytes lose their last byte. Files
+// written with exact strides keep working because they are padded to 4 bytes anyway.
+int64_t SourceStride(int64_t width, uint32_t bitsPerPixel)
+{
+    return (((width * bitsPerPixel) >> 3) + 3) & ~int64_t { 3 };
+}
+
+// The stride of a 4-bit line rounded up to whole bytes, then to 4 bytes.
+uint64_t Gray4Stride(int32_t width)
+{
+    return ((((uint64_t { 4 } * static_cast<uint64_t>(width)) + 7) >> 3) + 3) & ~uint64_t { 3 };
+}
+
+uint64_t AbsoluteHeight(int32_t height)
+{
+    return height < 0 ? uint64_t { 0 } - static_cast<uint64_t>(static_cast<int64_t>(height))
+                      : static_cast<uint64_t>(height);
+}
+
+std::string FormatName(ImageFormat format)
+{
+    auto const value = static_cast<unsigned>(format);
+    return value > 11 ? "Undefined" : ImageFormatHelper::GetString(value);
+}
+
+// Palette entry 0 counts only when its three colour bytes lie inside the header block.
+bool PaletteStartsWithWhite(std::vector<uint8_t> const& block, uint32_t paletteOffset)
+{
+    if (uint64_t { paletteOffset } + white.size() > block.size())
+        return false;
+    return std::equal(white.begin(), white.end(), block.begin() + paletteOffset);
+}
+
+} // namespace
+
+namespace Zar::ResourcesLibrary::Image::BmpInternal {
+
+BITMAPINFOHEADER InfoHeaderOf(std::vector<uint8_t> const& block)
+{
+    ZAR_PRECONDITION(block.size() >= sizeof(BITMAPINFOHEADER));
+    BITMAPINFOHEADER raw;
+    std::memcpy(&raw, block.data(), sizeof(raw));
+    BITMAPINFOHEADER header;
+    header.biSize = FromLittleEndian(raw.biSize);
+    header.biWidth = FromLittleEndian(raw.biWidth);
+    header.biHeight = FromLittleEndian(raw.biHeight);
+    header.biPlanes = FromLittleEndian(raw.biPlanes);
+    header.biBitCount = FromLittleEndian(raw.biBitCount);
+    header.biCompression = FromLittleEndian(raw.biCompression);
+    header.biSizeImage = FromLittleEndian(raw.biSizeImage);
+    header.biXPelsPerMeter = FromLittleEndian(raw.biXPelsPerMeter);
+    header.biYPelsPerMeter = FromLittleEndian(raw.biYPelsPerMeter);
+    header.biClrUsed = FromLittleEndian(raw.biClrUsed);
+    header.biClrImportant = FromLittleEndian(raw.biClrImportant);
+    return header;
+}
+
+} // namespace Zar::ResourcesLibrary::Image::BmpInternal
+
+size_t BmpInput::GetHeaderSize() const
+{
+    return FileHeaderSize + InfoHeaderSize;
+}
+
+ImageInfo BmpInput::ReadHeader(std::istream& stream)
+{
+    return ToImageInfo(RawReadHeader(stream));
+}
+
+size_t BmpInput::Read(std::istream& stream, void* data, size_t size)
+{
+    return RawRead(stream, data, size);
+}
+
+MutableImage BmpInput::Load(char const* filePath)
+{
+    if (filePath == nullptr || filePath[0] == '\0')
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Input::Load nullptr in filePath");
+    std::ifstream stream(filePath, std::ios::in | std::ios::binary);
+    if (!stream.is_open())
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO(), std::string("BmpInput::Load cannot open ") + filePath);
+    std::vector<uint8_t> const block = RawReadHeader(stream);
+    return ReadData(stream, block, _imageFormat);
+}
+
+std::vector<uint8_t> BmpInput::RawReadHeader(std::istream& stream)
+{
+    BITMAPFILEHEADER fileHeader {};
+    size_t const count = RawRead(stream, fileHeader);
+    if (count < FileHeaderSize)
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "source too small " + std::to_string(count));
+    uint16_t const type = FromLittleEndian(fileHeader.bfType);
+    if (type != BmpMagic)
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Wrong Bmp file magic 0x" + HexWord(type));
+    // An offset below 14 wraps to a block of almost 4 GiB. The block is read as its bytes arrive,
+    // so such a file ends in the short-read failure below instead of a huge allocation.
+    uint32_t const blockSize = FromLittleEndian(fileHeader.bfOffBits) - FileHeaderSize;
+    if (blockSize < InfoHeaderSize)
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Bmp file header too small " + std::to_string(blockSize));
+    std::vector<uint8_t> block = ReadAvailable(stream, blockSize);
+    if (block.size() < blockSize)
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Bmp header too small " + std::to_string(block.size()));
+    BITMAPINFOHEADER const header = Zar::ResourcesLibrary::Image::BmpInternal::InfoHeaderOf(block);
+    // The sum is taken in 32 bits as the format's own fields are; the palette is bounds-checked
+    // again where it is read.
+    if (header.biSize + 4u * header.biClrUsed > blockSize)
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Bmp invalid color count " + std::to_string(header.biClrUsed));
+    if (header.biCompression != 0)
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
+            "Bmp invalid compression " + std::to_string(header.biCompression));
+    return block;
+}
+
+ImageInfo BmpInput::ToImageInfo(std::vector<uint8_t> const& block)
+{
+    if (block.size() < InfoHeaderSize)
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
+            "Bmp header " + std::to_string(block.size()) + "/" + std::to_string(InfoHeaderSize));
+    return ToImageInfo(Zar::ResourcesLibrary::Image::BmpInternal::InfoHeaderOf(block), ImageFormat::Unknown);
+}
+
+ImageInfo BmpInput::ToImageInfo(BITMAPINFOHEADER const& header, ImageFormat /*format*/)
+{
+    uint32_t const bits = uint32_t { header.biPlanes } * header.biBitCount;
+    ImageFormat const pixelFormat = ImageFormatHelper::GetFormat(bits);
+    if (pixelFormat != ImageFormat::Mono && pixelFormat != ImageFormat::Gray4)
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
+            FormatName(pixelFormat)
+                + " format not supported (only bmp mono & grayscale 16 colors without compression)");
+
+    ImageInfo info(pixelFormat);
+    // A negative width has no line length: the byte count of the image model refuses it before
+    // any size is derived from it.
+    if (header.biWidth < 0)
+        static_cast<void>(info.GetBytes(header.biWidth));
+    if (header.biHeight == INT32_MIN)
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Bmp invalid height " + std::to_string(header.biHeight));
+
+    uint32_t const bitsPerPixel = ImageFormatHelper::BitsPerPixel(pixelFormat);
+    uint64_t const height = AbsoluteHeight(header.biHeight);
+    auto const minimum = static_cast<uint64_t>(SourceStride(header.biWidth, bitsPerPixel)) * height;
+    if (minimum > header.biSizeImage)
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
+            "Bmp invalid image size " + std::to_string(header.biSizeImage) + "/" + std::to_string(minimum));
+
+    info._width = header.biWidth;
+    info._height = static_cast<int32_t>(height);
+    info._bottomUp = header.biHeight >= 0 ? 1 : 0;
+    info._stride = (info.GetBytes(header.biWidth) + 3u) & ~3u;
+    return info;
+}
+
+MutableImage BmpInput::ReadData(std::istream& stream, std::vector<uint8_t> const& block, ImageFormat format)
+{
+    BITMAPINFOHEADER const header = Zar::ResourcesLibrary::Image::BmpInternal::InfoHeaderOf(block);
+    uint32_t const bits = uint32_t { header.biPlanes } * header.biBitCount;
+    ImageInfo info = ToImageInfo(header, format);
+    uint32_t const bitsPerPixel = ImageFormatHelper::BitsPerPixel(info.Format());
+    uint64_t const sourceStride = static_cast<uint64_t>(SourceStride(info.Width(), bitsPerPixel));
+    uint64_t const height = static_cast<uint64_t>(info.Height());
+    uint64_t const dataSize = sourceStride * height;
+    if (info.Format() != ImageFormat::Gray4) {
+        info._format = ImageFormat::Gray4;
+        info._stride = static_cast<uint32_t>(Gray4Stride(info.Width()));
+    }
+
+    if (bits != 4 && bits != 1)
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
+            "Invalid bpp " + std::to_string(static_cast<int>(bits)) + " (only bmp mono & grayscale 16 colors)");
+
+    // The pixel data is read before the image is made, so that only data the file really holds
+    // leads to an allocation.
+    std::vector<uint8_t> const data = ReadAvailable(stream, dataSize);
+    if (data.size() < dataSize)
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
+            "Cannot read image data " + std::to_string(data.size()) + "/" + std::to_string(dataSize));
+    uint64_t const imageSize = uint64_t { info.Stride() } * height;
+    if (imageSize > MaxImageSize)
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
+            "Bmp image too large " + std::to_string(imageSize) + "/" + std::to_string(MaxImageSize));
+
+    MutableImage image(info, std::vector<uint8_t>(static_cast<size_t>(imageSize), 0));
+    bool const startsWithWhite = PaletteStartsWithWhite(block, header.biSize);
+    if (bits == 4) {
+        // The palette indices are taken as grey levels as they are, and the source lines are laid
+        // one after another: they match the image lines only where both strides agree. The
+        // source stride never exceeds the image stride, so the data always fits the buffer.
+        uint8_t* pixels = image.GetLine(0);
+        std::memcpy(pixels, data.data(), static_cast<size_t>(std::min<uint64_t>(data.size(), imageSize)));
+        if (startsWithWhite)
+            image.ImplaceNegative();
+        if (info.IsBottomUp())
+            image.ImplaceFlipVertical();
+        return image;
+    }
+
+    // 1 bit per pixel: converted two pixels at a time through a table, flipping bottom-up files
+    // line by line on the way; palette entry 1 is never consulted.
+    auto const& table = startsWithWhite ? whiteTable : blackTable;
+    uint64_t const width = static_cast<uint64_t>(info.Width());
+    uint64_t const outputStride = info.Stride();
+    uint64_t const lines = std::min<uint64_t>(height, MonoLineCounterRange);
+    if (width == 0 || sourceStride == 0)
+        return image;
+    for (uint64_t y = 0; y < lines; ++y) {
+        uint64_t const sourceLine = info.IsBottomUp() ? height - 1 - y : y;
+        uint8_t const* source = data.data() + sourceLine * sourceStride;
+        uint8_t* output = image.Buffer().data() + y * outputStride;
+        for (uint64_t i = 1; 4 * i <= outputStride; ++i) {
+            uint8_t const b = source[i - 1];
+            output[0] = table[b >> 6];
+            output[1] = table[(b >> 4) & 3];
+            output[2] = table[(b >> 2) & 3];
+            output[3] = table[b & 3];
+            output += 4;
+            if (8 * i >= width || i == sourceStride)
+                break;
+        }
+    }
+    return image;
+}
