@@ -4,7 +4,10 @@ namespace Zar::Lt::Core {
 
 void StringCollection::Enumerate(EnumerateCallback const& callback) const
 {
-    for (std::size_t position = 0; position < _strings.size(); ++position) {
+    // The callback may append to this very collection (a collection appended to itself): walking only
+    // the elements present at the start keeps that from running forever.
+    std::size_t const count = _strings.size();
+    for (std::size_t position = 0; position < count; ++position) {
         if (!callback(static_cast<int>(position), _strings[position]))
             return;
     }
