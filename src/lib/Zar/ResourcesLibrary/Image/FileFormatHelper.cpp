@@ -50,10 +50,7 @@ char const* const FileFormatHelper::_names[17] = {
 namespace {
 
 // Case folding in the C locale, whatever locale the process runs in.
-char AsciiLower(char c) noexcept
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
+char AsciiLower(char c) noexcept { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 // True when the tail equals the extension or is a prefix of it, ignoring case. Accepting a prefix
 // is what lets a short tail such as ".b" name the first extension that starts with it.
@@ -73,7 +70,8 @@ bool TailMatches(std::string_view tail, char const* extension) noexcept
 char const* FileFormatHelper::GetExtension(FileFormat format) noexcept
 {
     auto const index = static_cast<int>(format);
-    return index >= 0 && index < static_cast<int>(std::size(_extensions)) ? _extensions[index] : _extensions[0];
+    return index >= 0 && index < static_cast<int>(std::size(_extensions)) ? _extensions[index]
+                                                                          : _extensions[0];
 }
 
 char const* FileFormatHelper::GetString(unsigned int format) noexcept

@@ -8,8 +8,7 @@ namespace Zar::ResourcesLibrary::Image {
 
 // Names and file extensions of the image file kinds. A value outside the tables falls back to entry 0
 // ("None", no extension) instead of failing.
-class FileFormatHelper
-{
+class FileFormatHelper {
 public:
     static char const* GetExtension(FileFormat format) noexcept;
     static char const* GetString(unsigned int format) noexcept;

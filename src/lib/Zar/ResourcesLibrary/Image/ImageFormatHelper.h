@@ -8,13 +8,11 @@ namespace Zar::ResourcesLibrary::Image {
 
 // Names, bit depths and colour masks of the pixel formats. Every lookup is an index into a constant
 // table; a value outside the table falls back to entry 0 ("Unknown") instead of failing.
-class ImageFormatHelper
-{
+class ImageFormatHelper {
 public:
     // One entry per format. The first three masks are the colour components in the order of the
     // name's leading letters; the fourth is alpha, non-zero only where the format has alpha.
-    struct Info
-    {
+    struct Info {
         char const* _name;
         uint32_t _masks[4];
     };

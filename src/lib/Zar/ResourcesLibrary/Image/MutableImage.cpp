@@ -30,7 +30,8 @@ MutableImage::MutableImage(ImageInfo const& info, std::vector<uint8_t> buffer)
 
 uint8_t* MutableImage::GetLine(uint32_t y)
 {
-    ZAR_CHECK(PreCondition, y < static_cast<uint32_t>(_info.Height()), "", ZAR_SOURCE_INFO_AT(kSourceFile, 124));
+    ZAR_CHECK(
+        PreCondition, y < static_cast<uint32_t>(_info.Height()), "", ZAR_SOURCE_INFO_AT(kSourceFile, 124));
     EnsurePixels();
     return _buffer.data() + static_cast<std::size_t>(y) * _info.Stride();
 }
@@ -114,9 +115,6 @@ void MutableImage::EnsurePixels()
     ZAR_PRECONDITION(_buffer.size() >= _info.GetSize());
 }
 
-void MutableImage::CheckRowFits(uint32_t rowBytes) const
-{
-    ZAR_PRECONDITION(rowBytes <= _info.Stride());
-}
+void MutableImage::CheckRowFits(uint32_t rowBytes) const { ZAR_PRECONDITION(rowBytes <= _info.Stride()); }
 
 } // namespace Zar::ResourcesLibrary::Image

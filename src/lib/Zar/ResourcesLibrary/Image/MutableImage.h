@@ -11,8 +11,7 @@ namespace Zar::ResourcesLibrary::Image {
 class ImmutableImage;
 
 // An ImageInfo and its owned pixel buffer, which is either empty or exactly GetSize() bytes.
-class MutableImage
-{
+class MutableImage {
 public:
     static MutableImage const Empty;
 
