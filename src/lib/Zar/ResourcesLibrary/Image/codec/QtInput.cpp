@@ -21,9 +21,8 @@ using Zar::ResourcesLibrary::Image::MutableImage;
 
 namespace {
 
-// Qt formats 1 to 17 in order. Format_ARGB32 is paired with Bgrx on purpose: its pixels lie in
-// memory as B, G, R, A on the little-endian targets, and images from it have always carried that
-// name, alpha or not.
+// Qt formats 1 to 17 in order. Format_ARGB32 goes to Bgrx on purpose: its pixels lie in memory in
+// the order B, G, R, A on little-endian machines, and the fourth byte is not announced as alpha.
 constexpr std::array<ImageFormat, 17> kFromQt {
     ImageFormat::Mono,    // Format_Mono
     ImageFormat::Unknown, // Format_MonoLSB
@@ -44,7 +43,9 @@ constexpr std::array<ImageFormat, 17> kFromQt {
     ImageFormat::Rgba,    // Format_RGBA8888
 };
 
-std::string FormatName(ImageFormat format)
+} // namespace
+
+std::string QtInput::FormatName(ImageFormat format)
 {
     constexpr unsigned int kLastFormat = 11;
     auto const value = static_cast<unsigned int>(format);
@@ -52,8 +53,6 @@ std::string FormatName(ImageFormat format)
         return "Undefined";
     return std::string(ImageFormatHelper::GetString(value));
 }
-
-} // namespace
 
 ImageFormat QtInput::FromQtFormat(int qtFormat)
 {
