@@ -151,6 +151,15 @@ TEST(SymbolTest, OffsetBeyondThirtyOneBitsWrapsNegative)
     EXPECT_EQ(-1, symbol.Offset());
 }
 
+// A symbol name that is also the code of a built-in type demangles as that type.
+TEST(SymbolTest, SingleLetterSymbolDemanglesAsABuiltInType)
+{
+    Symbol const symbol("lib(i+0x1) [0x2]");
+    EXPECT_EQ("i", symbol.Mangled());
+    EXPECT_EQ("int", symbol.Signature());
+    EXPECT_EQ("int", symbol.Name());
+}
+
 TEST(SymbolTest, FillReplacesWhatAnEarlierFillFound)
 {
     Symbol symbol(CrcNextLine);
