@@ -102,6 +102,7 @@ void MutableImage::Copy(void const* source, uint32_t size)
     ZAR_CHECK(PreCondition, size == _info.GetSize(), "", ZAR_SOURCE_INFO_AT(kSourceFile, 179));
     if (size == 0)
         return;
+    ZAR_PRECONDITION(source != nullptr);
     auto const* from = static_cast<uint8_t const*>(source);
     _buffer.assign(from, from + size);
 }
