@@ -1,15 +1,24 @@
 #include "CppEnumerationOutput.h"
 
+#include <cstdint>
+
 namespace Zar::ResourcesLibrary::Tools {
 
 void CppEnumerationOutput::WriteHeader()
 {
-    _stream << "#pragma once\n#include <stdint.h>\n\nnamespace Zar { namespace RemoteController { namespace Features {\n"
-               "    using "
-            << _name
-            << "Index = uint16_t;\n}}}\n\nnamespace Zar { namespace RemoteButtonsConfiguration {\n\n"
-               "    using Zar::RemoteController::Features::"
-            << _name << "Index;\n\nenum class " << _name << " : " << _name << "Index\n{\n";
+    _stream << "#pragma once\n"
+            << "#include <stdint.h>\n"
+            << "\n"
+            << "namespace Zar { namespace RemoteController { namespace Features {\n"
+            << "    using " << _name << "Index = uint16_t;\n"
+            << "}}}\n"
+            << "\n"
+            << "namespace Zar { namespace RemoteButtonsConfiguration {\n"
+            << "\n"
+            << "    using Zar::RemoteController::Features::" << _name << "Index;\n"
+            << "\n"
+            << "enum class " << _name << " : " << _name << "Index\n"
+            << "{\n";
 }
 
 void CppEnumerationOutput::Write(int index, std::string_view const& name)
@@ -33,11 +42,20 @@ void CppEnumerationOutput::WriteFooter(int count)
         uint32_t const last = static_cast<uint32_t>(count) + static_cast<uint32_t>(_first) - 1u;
         _stream << "    static constexpr " << index << " Last = static_cast<" << index << ">(" << last << ");\n";
     }
-    _stream << "    static constexpr " << index << " First = static_cast<" << index << ">(" << _first
-            << ");\n    static constexpr " << index << " Count = " << count << ";\n};\n\ninline bool operator==("
-            << index << " left, " << _name << " right)\n{\n    return left == static_cast<" << index
-            << ">(right);\n}\n\ninline bool operator==(" << _name << " left, " << index
-            << " right)\n{\n    return static_cast<" << index << ">(left) == right;\n}\n}}\n";
+    _stream << "    static constexpr " << index << " First = static_cast<" << index << ">(" << _first << ");\n"
+            << "    static constexpr " << index << " Count = " << count << ";\n"
+            << "};\n"
+            << "\n"
+            << "inline bool operator==(" << index << " left, " << _name << " right)\n"
+            << "{\n"
+            << "    return left == static_cast<" << index << ">(right);\n"
+            << "}\n"
+            << "\n"
+            << "inline bool operator==(" << _name << " left, " << index << " right)\n"
+            << "{\n"
+            << "    return static_cast<" << index << ">(left) == right;\n"
+            << "}\n"
+            << "}}\n";
 }
 
 } // namespace Zar::ResourcesLibrary::Tools

@@ -6,9 +6,13 @@ void HelperEnumerationOutput::WriteHeader()
 {
     // The firmware's header is named after the singular (IconHelper.h) while its class and this file
     // take the plural (IconsHelper); both names are the firmware's own.
-    _stream << "#include \"" << _name << "Helper.h\"\nusing namespace Zar::RemoteController::Features;\n\n"
-            << "//same order as " << _name << " enumeration\nconst char* " << _name
-            << "sHelper::GetString(uint32_t value)\n{\n    static const char* names[] = {\n";
+    _stream << "#include \"" << _name << "Helper.h\"\n"
+            << "using namespace Zar::RemoteController::Features;\n"
+            << "\n"
+            << "//same order as " << _name << " enumeration\n"
+            << "const char* " << _name << "sHelper::GetString(uint32_t value)\n"
+            << "{\n"
+            << "    static const char* names[] = {\n";
 }
 
 void HelperEnumerationOutput::Write(int /*index*/, std::string_view const& name)
@@ -22,7 +26,9 @@ void HelperEnumerationOutput::Write(int /*index*/, std::string_view const& name)
 void HelperEnumerationOutput::WriteFooter(int /*count*/)
 {
     // No range check: the firmware only passes values of the enumeration.
-    _stream << "    };\n    return names[value];\n}\n";
+    _stream << "    };\n"
+               "    return names[value];\n"
+               "}\n";
 }
 
 } // namespace Zar::ResourcesLibrary::Tools
