@@ -1,0 +1,123 @@
+#include "ContactSheet.h"
+
+#include "GuiSession.h"
+
+#include "Zar/Lt/Exceptions/Check.h"
+#include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
+
+#include <QFont>
+#include <QFontMetrics>
+#include <QPainter>
+#include <QString>
+
+#include <algorithm>
+
+namespace Zar::ResourcesLibrary::Tools::Inspect {
+
+ContactSheet ContactSheet::Lay(PackFile const& pack, PackLayout const& layout)
+{
+    ContactSheet sheet;
+    int width = MinSheetWidth;
+    for (auto const& image : layout.Images())
+        width = std::max(width, static_cast<int>(image._geometry.Width()) * Scale + 2 * Margin);
+
+    int x = Margin;
+    int y = TitleHeight + Margin;
+    int rowHeight = 0;
+    PackLayout::Kind previousKind = PackLayout::Kind::Icon;
+    for (auto const& image : layout.Images()) {
+        int const pixelsWidth = static_cast<int>(image._geometry.Width()) * Scale;
+        int const pixelsHeight = static_cast<int>(image._geometry.Height()) * Scale;
+        int const cellWidth = std::max(pixelsWidth, MinCellWidth);
+        bool const rowFull = x + cellWidth > width - Margin;
+        bool const firstScreen = image._kind != previousKind;
+        if (x > Margin && (rowFull || firstScreen || image._kind == PackLayout::Kind::Screen)) {
+            x = Margin;
+            y += rowHeight + Margin;
+            rowHeight = 0;
+        }
+        bool const inFile = pack.Slice(image.FileOffset(), image._geometry.Size()).size() == image._geometry.Size();
+        sheet._cells.push_back({ image, QRect(x, y, pixelsWidth, pixelsHeight),
+                                 QRect(x, y + pixelsHeight, cellWidth, LabelHeight), inFile });
+        x += cellWidth + Margin;
+        rowHeight = std::max(rowHeight, pixelsHeight + LabelHeight);
+        previousKind = image._kind;
+    }
+    sheet._size = QSize(width, y + rowHeight + Margin);
+    return sheet;
+}
+
+QRgb ContactSheet::Grey(uint8_t level)
+{
+    int const grey = (level & 0x0F) * 17;
+    return qRgb(grey, grey, grey);
+}
+
+QImage ContactSheet::Render(PackFile const& pack, std::string const& title) const
+{
+    // A lying image count must not turn into a huge allocation.
+    if (static_cast<int64_t>(_size.width()) * _size.height() > MaxPixels)
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
+                                        "The contact sheet would be " + std::to_string(_size.width()) + "x"
+                                            + std::to_string(_size.height()) + " pixels, more than "
+                                            + std::to_string(MaxPixels));
+    GuiSession::Ensure();
+    QImage image(_size, QImage::Format_RGB32);
+    if (image.isNull())
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Cannot allocate the contact sheet");
+    image.fill(Background);
+    for (auto const& cell : _cells) {
+        if (cell._inFile)
+            DrawPixels(image, cell, pack);
+        else
+            DrawMissing(image, cell);
+    }
+
+    QPainter painter(&image);
+    QFont font("DejaVu Sans");
+    font.setPixelSize(11);
+    painter.setFont(font);
+    painter.setPen(QColor(Text));
+    QFontMetrics const metrics(font);
+    painter.drawText(QRect(Margin, 0, _size.width() - 2 * Margin, TitleHeight), Qt::AlignLeft | Qt::AlignVCenter,
+                     QString::fromStdString(title));
+    for (auto const& cell : _cells) {
+        QString const name = metrics.elidedText(QString::fromStdString(cell._image._name), Qt::ElideRight,
+                                                cell._label.width());
+        QString const value = QString("%1 %2").arg(cell._image.KindName()).arg(cell._image._value);
+        painter.drawText(cell._label, Qt::AlignLeft | Qt::AlignTop, name + "\n" + value);
+    }
+    return image;
+}
+
+void ContactSheet::DrawPixels(QImage& sheet, Cell const& cell, PackFile const& pack)
+{
+    ImageGeometry const& geometry = cell._image._geometry;
+    uint8_t const* data = pack.Slice(cell._image.FileOffset(), geometry.Size()).data();
+    for (int y = 0; y < cell._pixels.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(sheet.scanLine(cell._pixels.top() + y));
+        for (int x = 0; x < cell._pixels.width(); ++x)
+            line[cell._pixels.left() + x] = Grey(geometry.Level(data, static_cast<uint32_t>(x / Scale),
+                                                                static_cast<uint32_t>(y / Scale)));
+    }
+}
+
+void ContactSheet::DrawMissing(QImage& sheet, Cell const& cell)
+{
+    QPainter painter(&sheet);
+    painter.setPen(QPen(QColor(Missing), 2));
+    painter.drawRect(cell._pixels.adjusted(1, 1, -1, -1));
+    painter.drawLine(cell._pixels.topLeft(), cell._pixels.bottomRight());
+    painter.drawLine(cell._pixels.topRight(), cell._pixels.bottomLeft());
+}
+
+std::vector<std::string> ContactSheet::MissingImages() const
+{
+    std::vector<std::string> missing;
+    for (auto const& cell : _cells)
+        if (!cell._inFile)
+            missing.push_back(cell._image._name);
+    return missing;
+}
+
+} // namespace Zar::ResourcesLibrary::Tools::Inspect

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "PackFile.h"
+#include "PackLayout.h"
+
+#include <QImage>
+#include <QRect>
+#include <QRgb>
+
+#include <string>
+#include <vector>
+
+namespace Zar::ResourcesLibrary::Tools::Inspect {
+
+// One picture of every image of a pack: each drawn at four times its size in the display's grey
+// levels (0 black to 15 white), its name and value written under it, icons flowing in rows and every
+// screen on a row of its own.
+class ContactSheet
+{
+public:
+    static constexpr int Scale = 4;
+    static constexpr int Margin = 8;
+    static constexpr int TitleHeight = 20;
+    static constexpr int LabelHeight = 28;
+    static constexpr int MinCellWidth = 112;
+    static constexpr int MinSheetWidth = 256 * Scale + 2 * Margin;
+    static constexpr QRgb Background = 0xFF283858;
+    static constexpr QRgb Text = 0xFFE6E6E6;
+    static constexpr QRgb Missing = 0xFFC03030;
+    static constexpr int64_t MaxPixels = 64 * 1024 * 1024;
+
+    struct Cell
+    {
+        PackLayout::Image _image;
+        // Where the scaled pixels go, and the label below them.
+        QRect _pixels;
+        QRect _label;
+        // False when the file ends before the image's last byte.
+        bool _inFile = false;
+    };
+
+    static ContactSheet Lay(PackFile const& pack, PackLayout const& layout);
+
+    // The grey a level is shown in.
+    static QRgb Grey(uint8_t level);
+
+    // Draws the sheet; title goes on the first line. Throws ResourcesLibraryException when the sheet
+    // would exceed MaxPixels.
+    QImage Render(PackFile const& pack, std::string const& title) const;
+
+    std::vector<Cell> const& Cells() const { return _cells; }
+    QSize Size() const { return _size; }
+    // Names of the images that lie past the end of the file, drawn crossed out.
+    std::vector<std::string> MissingImages() const;
+
+private:
+    static void DrawPixels(QImage& sheet, Cell const& cell, PackFile const& pack);
+    static void DrawMissing(QImage& sheet, Cell const& cell);
+
+    std::vector<Cell> _cells;
+    QSize _size;
+};
+
+} // namespace Zar::ResourcesLibrary::Tools::Inspect

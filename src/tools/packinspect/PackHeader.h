@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Zar/Lt/Core/Version32.h"
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace Zar::ResourcesLibrary::Tools::Inspect {
+
+// The fields of a pack's header sector, read as they stand: nothing here trusts them. Reading the
+// names area never fails; what does not add up is collected in _nameProblems for the verifier.
+class PackHeader
+{
+public:
+    // Reads the first 4096 bytes of the span, which must hold at least that many.
+    static PackHeader Parse(std::span<uint8_t const> header);
+
+    bool HasMagic() const;
+    bool HasKnownFormat() const;
+    // The CRC-table entry of a target sector; 0 for a number past the table.
+    uint16_t CrcEntry(uint64_t sector) const;
+
+    std::array<uint8_t, 4> _magic {};
+    uint32_t _format = 0;
+    Zar::Lt::Core::Version32 _version;
+    uint32_t _firstSector = 0;
+    uint32_t _iconCount = 0;
+    uint32_t _screenCount = 0;
+    std::array<uint16_t, 256> _crcTable {};
+    uint32_t _namesUsed = 0;
+    uint32_t _namesCount = 0;
+    // The names that could be read, icons first, then screens.
+    std::vector<std::string> _names;
+    std::vector<std::string> _nameProblems;
+
+private:
+    void ParseNames(std::span<uint8_t const> area);
+};
+
+} // namespace Zar::ResourcesLibrary::Tools::Inspect

@@ -1,0 +1,67 @@
+#include "PackLayout.h"
+
+#include "PackFormat.h"
+
+namespace Zar::ResourcesLibrary::Tools::Inspect {
+
+uint64_t PackLayout::Image::FileOffset() const
+{
+    return static_cast<uint64_t>(_fileSector) * PackFormat::SectorSize + _offset;
+}
+
+char const* PackLayout::Image::KindName() const
+{
+    return _kind == Kind::Icon ? "icon" : "screen";
+}
+
+PackLayout PackLayout::Compute(PackHeader const& header, ImageGeometry const& icon, ImageGeometry const& screen)
+{
+    PackLayout layout;
+    layout.LayIcons(header, icon);
+    layout.LayScreens(header, screen);
+    return layout;
+}
+
+void PackLayout::LayIcons(PackHeader const& header, ImageGeometry const& icon)
+{
+    std::size_t const size = icon.Size();
+    std::size_t sector = 1;
+    std::size_t offset = 0;
+    for (uint32_t k = 0; k < header._iconCount; ++k) {
+        // A lying count must not make the layout grow past what any pack can hold.
+        if (sector > PackFormat::StoreSectors) {
+            _complete = false;
+            break;
+        }
+        _images.push_back({ Kind::Icon, PackFormat::FirstIconValue(header._firstSector) + k, NameOf(k, header),
+                            (header._firstSector + sector - 1) & 0xFFFF, sector, offset, icon });
+        offset += size;
+        if (offset + size >= PackFormat::SectorSize) {
+            ++sector;
+            offset = 0;
+        }
+    }
+    _iconSectors = sector - 1 + (offset != 0 ? 1 : 0);
+}
+
+void PackLayout::LayScreens(PackHeader const& header, ImageGeometry const& screen)
+{
+    std::size_t const sectorsPerScreen = PackFormat::SectorsFor(screen.Size());
+    for (uint32_t k = 0; k < header._screenCount; ++k) {
+        std::size_t const sector = 1 + _iconSectors + _screenSectors;
+        if (sector > PackFormat::StoreSectors) {
+            _complete = false;
+            break;
+        }
+        _images.push_back({ Kind::Screen, k, NameOf(header._iconCount + static_cast<std::size_t>(k), header),
+                            PackFormat::FirstScreenSector + _screenSectors, sector, 0, screen });
+        _screenSectors += sectorsPerScreen;
+    }
+}
+
+std::string PackLayout::NameOf(std::size_t position, PackHeader const& header) const
+{
+    return position < header._names.size() ? header._names[position] : std::string();
+}
+
+} // namespace Zar::ResourcesLibrary::Tools::Inspect

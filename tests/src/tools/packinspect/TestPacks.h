@@ -1,0 +1,285 @@
+#pragma once
+
+// Test helpers of the packinspect tests: pack files and BMP files built byte by byte, temporary
+// folders, and running the built tools.
+
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <sys/wait.h>
+
+namespace PackInspectTest {
+
+using Bytes = std::vector<uint8_t>;
+
+// CRC-16/ARC computed bit by bit, independently of the table-driven one the tools use.
+inline uint16_t Crc16Arc(uint8_t const* data, std::size_t size)
+{
+    uint16_t crc = 0;
+    for (std::size_t i = 0; i < size; ++i) {
+        crc ^= data[i];
+        for (int bit = 0; bit < 8; ++bit)
+            crc = (crc & 1) ? static_cast<uint16_t>((crc >> 1) ^ 0xA001) : static_cast<uint16_t>(crc >> 1);
+    }
+    return crc;
+}
+
+inline void PutU16(Bytes& bytes, std::size_t offset, uint16_t value)
+{
+    bytes[offset] = static_cast<uint8_t>(value);
+    bytes[offset + 1] = static_cast<uint8_t>(value >> 8);
+}
+
+inline void PutU32(Bytes& bytes, std::size_t offset, uint32_t value)
+{
+    for (int i = 0; i < 4; ++i)
+        bytes[offset + i] = static_cast<uint8_t>(value >> (8 * i));
+}
+
+inline uint16_t GetU16(Bytes const& bytes, std::size_t offset)
+{
+    return static_cast<uint16_t>(bytes[offset] | bytes[offset + 1] << 8);
+}
+
+// An image of the given size whose byte k is seed + k, so every image and every byte differs.
+inline Bytes Pattern(std::size_t size, uint8_t seed)
+{
+    Bytes bytes(size);
+    for (std::size_t k = 0; k < size; ++k)
+        bytes[k] = static_cast<uint8_t>(seed + k);
+    return bytes;
+}
+
+struct PackSpec
+{
+    uint32_t _version = 0x01020304;
+    uint32_t _firstSector = 12;
+    std::vector<Bytes> _icons;
+    std::vector<Bytes> _screens;
+    // Names of the icons, then the screens; generated as Icon0.., Screen0.. when empty.
+    std::vector<std::string> _names;
+};
+
+// Lays a pack out the way the packager writes one: icons packed with its look-ahead sector close,
+// sectors padded with 0xFF, every screen on fresh sectors, the CRC table filled by its formula.
+inline Bytes BuildPack(PackSpec const& spec)
+{
+    constexpr std::size_t sector = 4096;
+    Bytes file(sector, 0);
+    std::vector<uint16_t> crcs;
+    auto closeSector = [&](std::size_t offset) {
+        file.insert(file.end(), sector - offset, 0xFF);
+        crcs.push_back(Crc16Arc(file.data() + file.size() - sector, sector));
+    };
+    std::size_t offset = 0;
+    for (auto const& icon : spec._icons) {
+        file.insert(file.end(), icon.begin(), icon.end());
+        offset += icon.size();
+        if (offset + icon.size() >= sector) {
+            closeSector(offset);
+            offset = 0;
+        }
+    }
+    if (offset != 0)
+        closeSector(offset);
+    for (auto const& screen : spec._screens) {
+        for (std::size_t start = 0; start < screen.size(); start += sector) {
+            std::size_t const piece = std::min(sector, screen.size() - start);
+            file.insert(file.end(), screen.begin() + static_cast<std::ptrdiff_t>(start),
+                        screen.begin() + static_cast<std::ptrdiff_t>(start + piece));
+            closeSector(piece);
+        }
+    }
+
+    std::copy_n("ZAR", 4, file.begin());
+    PutU32(file, 4, 0x00050100);
+    PutU32(file, 8, spec._version);
+    PutU32(file, 12, spec._firstSector & 0xFFFF);
+    PutU32(file, 16, static_cast<uint32_t>(spec._icons.size()));
+    PutU32(file, 20, static_cast<uint32_t>(spec._screens.size()));
+    std::size_t const iconSectors = (spec._icons.size() + 9) / 10;
+    if (iconSectors + 2 * spec._screens.size() > crcs.size())
+        throw std::logic_error("the packager refuses a pack whose CRC table is short");
+    for (std::size_t i = 0; i < iconSectors; ++i)
+        PutU16(file, 24 + 2 * ((spec._firstSector + i) & 0xFFFF), crcs[i]);
+    for (std::size_t j = 0; j < 2 * spec._screens.size(); ++j)
+        if (247 + j < 256)
+            PutU16(file, 24 + 2 * (247 + j), crcs[iconSectors + j]);
+
+    std::vector<std::string> names = spec._names;
+    if (names.empty()) {
+        for (std::size_t k = 0; k < spec._icons.size(); ++k)
+            names.push_back("Icon" + std::to_string(k));
+        for (std::size_t k = 0; k < spec._screens.size(); ++k)
+            names.push_back("Screen" + std::to_string(k));
+    }
+    std::size_t used = 0;
+    for (auto const& name : names) {
+        file[544 + used] = static_cast<uint8_t>(name.size());
+        std::copy(name.begin(), name.end(), file.begin() + static_cast<std::ptrdiff_t>(544 + used + 1));
+        used += 1 + name.size();
+    }
+    PutU32(file, 536, static_cast<uint32_t>(used));
+    PutU32(file, 540, static_cast<uint32_t>(names.size()));
+    return file;
+}
+
+// The usual pack of the examples: 12 icons of 32x24 (384 bytes), one screen of 256x64 (8192 bytes).
+inline PackSpec WorkedExample()
+{
+    PackSpec spec;
+    for (uint8_t k = 0; k < 12; ++k)
+        spec._icons.push_back(Pattern(384, static_cast<uint8_t>(k * 7)));
+    spec._screens.push_back(Pattern(8192, 3));
+    return spec;
+}
+
+// A 4-bit BMP, bottom-up, with the given palette (16 grey values) and levels (one per pixel, row by
+// row from the top).
+inline Bytes Bmp4(int width, int height, std::array<uint8_t, 16> const& greys, std::vector<uint8_t> const& levels)
+{
+    int const stride = ((width * 4 + 31) / 32) * 4;
+    std::size_t const dataOffset = 14 + 40 + 64;
+    Bytes file(dataOffset + static_cast<std::size_t>(stride * height), 0);
+    file[0] = 'B';
+    file[1] = 'M';
+    PutU32(file, 2, static_cast<uint32_t>(file.size()));
+    PutU32(file, 10, static_cast<uint32_t>(dataOffset));
+    PutU32(file, 14, 40);
+    PutU32(file, 18, static_cast<uint32_t>(width));
+    PutU32(file, 22, static_cast<uint32_t>(height));
+    PutU16(file, 26, 1);
+    PutU16(file, 28, 4);
+    PutU32(file, 34, static_cast<uint32_t>(stride * height));
+    PutU32(file, 46, 16);
+    for (std::size_t k = 0; k < 16; ++k)
+        file[54 + 4 * k] = file[55 + 4 * k] = file[56 + 4 * k] = greys[k];
+    for (int y = 0; y < height; ++y) {
+        std::size_t const row = dataOffset + static_cast<std::size_t>((height - 1 - y) * stride);
+        for (int x = 0; x < width; ++x) {
+            uint8_t const level = levels[static_cast<std::size_t>(y * width + x)] & 0x0F;
+            file[row + static_cast<std::size_t>(x / 2)] |= x % 2 == 0 ? static_cast<uint8_t>(level << 4) : level;
+        }
+    }
+    return file;
+}
+
+inline std::array<uint8_t, 16> AscendingGreys()
+{
+    std::array<uint8_t, 16> greys {};
+    for (int k = 0; k < 16; ++k)
+        greys[static_cast<std::size_t>(k)] = static_cast<uint8_t>(17 * k);
+    return greys;
+}
+
+inline std::array<uint8_t, 16> DescendingGreys()
+{
+    std::array<uint8_t, 16> greys {};
+    for (int k = 0; k < 16; ++k)
+        greys[static_cast<std::size_t>(k)] = static_cast<uint8_t>(255 - 17 * k);
+    return greys;
+}
+
+// Levels of a w x h image whose pixel (x, y) is (x + 3y + seed) mod 16.
+inline std::vector<uint8_t> Ramp(int width, int height, int seed)
+{
+    std::vector<uint8_t> levels;
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            levels.push_back(static_cast<uint8_t>((x + 3 * y + seed) % 16));
+    return levels;
+}
+
+inline void WriteFile(std::filesystem::path const& path, Bytes const& bytes)
+{
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out.write(reinterpret_cast<char const*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+}
+
+inline void WriteText(std::filesystem::path const& path, std::string const& text)
+{
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out << text;
+}
+
+inline Bytes ReadFile(std::filesystem::path const& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    return Bytes(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+inline std::string ReadText(std::filesystem::path const& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+// A fresh folder for one test, removed when the test ends.
+class TempFolder
+{
+public:
+    TempFolder()
+    {
+        std::string pattern = (std::filesystem::temp_directory_path() / "packinspect-test-XXXXXX").string();
+        if (!mkdtemp(pattern.data()))
+            throw std::runtime_error("mkdtemp failed");
+        _path = pattern;
+    }
+    ~TempFolder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(_path, ignored);
+    }
+    TempFolder(TempFolder const&) = delete;
+    TempFolder& operator=(TempFolder const&) = delete;
+
+    std::filesystem::path const& Path() const { return _path; }
+    std::filesystem::path operator/(std::string const& name) const { return _path / name; }
+
+private:
+    std::filesystem::path _path;
+};
+
+struct RunResult
+{
+    int _status = -1;
+    std::string _output;
+};
+
+// Runs a shell command in a folder; standard output and standard error are captured together.
+inline RunResult Run(std::filesystem::path const& folder, std::string const& command)
+{
+    std::string const line = "cd '" + folder.string() + "' && " + command + " 2>&1";
+    RunResult result;
+    FILE* pipe = popen(line.c_str(), "r");
+    if (!pipe)
+        return result;
+    std::array<char, 4096> buffer {};
+    while (std::size_t got = fread(buffer.data(), 1, buffer.size(), pipe))
+        result._output.append(buffer.data(), got);
+    int const status = pclose(pipe);
+    result._status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return result;
+}
+
+inline std::string PackagerPath()
+{
+    return std::string(PACKAGER_BINARY_DIR) + "/src/tools/packager/packager";
+}
+
+inline std::string PackinspectPath()
+{
+    return std::string(PACKAGER_BINARY_DIR) + "/src/tools/packinspect/packinspect";
+}
+
+} // namespace PackInspectTest
