@@ -28,7 +28,9 @@ struct RawPStringArray
     constexpr void Append(char const* text, std::size_t length)
     {
         ZAR_CHECK(PreCondition, length <= 255u, "", ZAR_SOURCE_INFO_AT(kSourceFile, 73));
-        std::size_t const next = used + 1 + length;
+        // Widened before adding: a block read back from a file may hold any used, and the sum must not
+        // wrap around to a small value that passes the check.
+        std::size_t const next = std::size_t {used} + 1 + length;
         ZAR_CHECK(PreCondition, next <= capacity, "", ZAR_SOURCE_INFO_AT(kSourceFile, 76));
         ZAR_CHECK(PreCondition, text != nullptr || length == 0, "", ZAR_SOURCE_INFO_AT(kSourceFile, __LINE__));
         data[used] = static_cast<uint8_t>(length);

@@ -131,6 +131,13 @@ TEST(IStringReadOnlyCollectionTest, EnumerateFromAnOffsetAtOrPastTheEndDeliversN
     EXPECT_TRUE(EnumerateFrom(collection, 1000).empty());
 }
 
+TEST(IStringReadOnlyCollectionTest, NegativeOffsetSkipsNothingAndNumbersFromMinusTheOffset)
+{
+    // Nothing lies below a negative offset, and position - offset counts up from -offset.
+    FixedCollection const collection({"a", "b"});
+    EXPECT_EQ((Delivered {{2, "a"}, {3, "b"}}), EnumerateFrom(collection, -2));
+}
+
 TEST(IStringReadOnlyCollectionTest, EnumerateFromAnOffsetStopsWhenTheCallbackSaysSo)
 {
     FixedCollection const collection({"a", "b", "c", "d", "e"});

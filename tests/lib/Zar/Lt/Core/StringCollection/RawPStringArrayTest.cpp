@@ -182,6 +182,19 @@ TEST(RawPStringArrayTest, StringOneByteTooLongForTheRestIsRefused)
     EXPECT_EQ(before, Bytes(block));
 }
 
+TEST(RawPStringArrayTest, BlockWithALyingUsedCountIsRefused)
+{
+    for (uint32_t used : {9u, 0xFFFFFFFEu, 0xFFFFFFFFu}) {
+        Guarded guarded = MakeGuarded();
+        guarded.block.used = used;
+        ExpectPreCondition([&] { guarded.block.Append("x", 1); }, "PreCondition next <= capacity", 76);
+        EXPECT_EQ(used, guarded.block.used);
+        EXPECT_EQ(0u, guarded.block.count);
+        EXPECT_EQ(std::vector<uint8_t>(8, 0), Data(guarded.block));
+        EXPECT_EQ(kUntouched, guarded.guard);
+    }
+}
+
 TEST(RawPStringArrayTest, BlockFilledExactlyWritesNothingBeyondItsData)
 {
     Guarded guarded = MakeGuarded();

@@ -56,6 +56,14 @@ TEST(StringCollectionTest, RawAppendTakesLengthBytesNotUpToAZero)
     EXPECT_EQ((std::vector<std::string> {std::string("a\0b", 3), ""}), Elements(collection));
 }
 
+TEST(StringCollectionTest, DefaultViewAppendsAnEmptyString)
+{
+    StringCollection collection;
+    collection.Append(std::string_view());
+    collection.Append(nullptr, 0);
+    EXPECT_EQ((std::vector<std::string> {"", ""}), Elements(collection));
+}
+
 TEST(StringCollectionTest, ListAppendKeepsTheOrderAfterExistingElements)
 {
     StringCollection collection;
