@@ -4,14 +4,24 @@
 
 #include <execinfo.h>
 
-#include <cstdlib>
+#include <algorithm>
 #include <cstddef>
+#include <cstdlib>
 #include <memory>
 #include <utility>
 
 namespace Zar::Lt::Exceptions {
 
 namespace {
+
+// AddressSanitizer intercepts backtrace, and the interceptor's own frame comes first in what it
+// returns. That frame is captured on top and dropped, so that a sanitizer build sees the same stack
+// as a normal one: this function's frame first, and at most MaxFrames frames.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr int InterceptorFrames = 1;
+#else
+constexpr int InterceptorFrames = 0;
+#endif
 
 struct FreeDeleter
 {
@@ -22,8 +32,11 @@ struct FreeDeleter
 
 std::vector<std::string> StackInfo::Current(int skip, void* address)
 {
-    void* frames[MaxFrames];
-    int const count = backtrace(frames, MaxFrames);
+    void* captured[MaxFrames + InterceptorFrames];
+    int const capturedCount = backtrace(captured, MaxFrames + InterceptorFrames);
+    int const dropped = std::min(capturedCount, InterceptorFrames);
+    void** const frames = captured + dropped;
+    int const count = capturedCount - dropped;
     if (skip < 0 || skip >= count)
         return {};
     if (address != nullptr)
