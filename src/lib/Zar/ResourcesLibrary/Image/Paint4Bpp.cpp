@@ -50,18 +50,9 @@ std::shared_ptr<MutableImage> Paint4Bpp::Detach() { return std::move(_image); }
 
 uint32_t Paint4Bpp::GetBytes() const { return _image ? _image->Info().GetBytes(_area._width) : 0; }
 
-uint8_t* Paint4Bpp::GetPixelPointer(uint16_t x, uint16_t y)
-{
-    auto const column = static_cast<uint16_t>(x + _area._x);
-    auto const row = static_cast<uint16_t>(y + _area._y);
-    ZAR_PRECONDITION(_image != nullptr);
-    return _image->GetLine(row) + (BitsPerPixel() * column + 7) / 8;
-}
+uint8_t* Paint4Bpp::GetPixelPointer(uint16_t x, uint16_t y) { return PixelPointer(x, y); }
 
-uint8_t const* Paint4Bpp::GetPixelPointer(uint16_t x, uint16_t y) const
-{
-    return const_cast<Paint4Bpp*>(this)->GetPixelPointer(x, y);
-}
+uint8_t const* Paint4Bpp::GetPixelPointer(uint16_t x, uint16_t y) const { return PixelPointer(x, y); }
 
 void Paint4Bpp::Fill(Rect const& r, uint8_t value)
 {
@@ -93,11 +84,7 @@ void Paint4Bpp::Negate(Rect const& r)
 
 void Paint4Bpp::Negate() { Negate(_area); }
 
-void Paint4Bpp::FlipVertical()
-{
-    ZAR_PRECONDITION(_image != nullptr);
-    _image->ImplaceFlipVertical();
-}
+void Paint4Bpp::FlipVertical() { Target().ImplaceFlipVertical(); }
 
 void Paint4Bpp::DrawHorizontalLine(uint16_t y) { SetRun(PixelOffset(0, y), GetBytes(), _pen); }
 
@@ -302,16 +289,29 @@ void Paint4Bpp::Draw(MutableImage const& image)
 
 void Paint4Bpp::Draw(ImmutableImage const& image) { Draw(image.GetInfo(), image.Pixels()); }
 
-uint32_t Paint4Bpp::BitsPerPixel() const { return ImageFormatHelper::BitsPerPixel(_image->Info().Format()); }
+uint8_t* Paint4Bpp::PixelPointer(uint16_t x, uint16_t y) const
+{
+    auto const column = static_cast<uint16_t>(x + _area._x);
+    auto const row = static_cast<uint16_t>(y + _area._y);
+    return Target().GetLine(row) + (BitsPerPixel() * column + 7) / 8;
+}
 
-int64_t Paint4Bpp::Stride() const { return _image->Info().Stride(); }
+MutableImage& Paint4Bpp::Target() const
+{
+    // Drawing without an image is a caller's mistake; it is reported rather than crashing.
+    ZAR_PRECONDITION(_image != nullptr);
+    return *_image;
+}
+
+uint32_t Paint4Bpp::BitsPerPixel() const { return ImageFormatHelper::BitsPerPixel(Target().Info().Format()); }
+
+int64_t Paint4Bpp::Stride() const { return Target().Info().Stride(); }
 
 int64_t Paint4Bpp::PixelOffset(uint16_t x, uint16_t y) const
 {
-    ZAR_PRECONDITION(_image != nullptr);
     auto const column = static_cast<uint16_t>(x + _area._x);
     auto const row = static_cast<uint16_t>(y + _area._y);
-    int64_t const rowStart = _image->GetLine(row) - _image->Buffer().data();
+    int64_t const rowStart = Target().GetLine(row) - _image->Buffer().data();
     return rowStart + (int64_t { BitsPerPixel() } * column + 7) / 8;
 }
 

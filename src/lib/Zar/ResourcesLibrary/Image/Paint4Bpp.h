@@ -104,6 +104,9 @@ protected:
     static uint8_t PenOf(Color4Bpp color) noexcept;
 
 private:
+    // The image shares no constness with the painter: a const painter still fills an empty buffer.
+    MutableImage& Target() const;
+    uint8_t* PixelPointer(uint16_t x, uint16_t y) const;
     uint32_t BitsPerPixel() const;
     int64_t Stride() const;
     // Offset in the buffer of GetPixelPointer(x, y); checks the row and fills an empty buffer.
