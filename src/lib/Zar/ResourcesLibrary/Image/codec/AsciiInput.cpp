@@ -59,7 +59,8 @@ ImageInfo MakeInfo(TextLayout const& layout)
     info._width = layout.width;
     info._height = layout.height;
     info._stride = ImageInfo::StrideOf(layout.width, ImageFormat::Gray4);
-    // Text rows run top-down, yet the flag is set: consumers of these images expect it.
+    // Set on purpose although text rows run top-down: text images carry the same flag as the
+    // bottom-up BMP images they stand in for.
     info._bottomUp = 1;
     return info;
 }
@@ -82,18 +83,15 @@ std::vector<uint8_t> ReadAll(std::istream& stream, size_t expectedSize)
 
 } // namespace
 
-AsciiInput::AsciiInput(FileFormat fileFormat, ImageFormat imageFormat, std::string pattern, std::string folder,
-    char set, char clear)
+AsciiInput::AsciiInput(FileFormat fileFormat, ImageFormat imageFormat, std::string pattern,
+    std::string folder, char set, char clear)
     : Input(fileFormat, imageFormat, std::move(pattern), std::move(folder))
     , _setChar(set)
     , _clearChar(clear)
 {
 }
 
-size_t AsciiInput::GetHeaderSize() const
-{
-    return 16384;
-}
+size_t AsciiInput::GetHeaderSize() const { return 16384; }
 
 ImageInfo AsciiInput::ReadHeaderFromData(void const* data, size_t size)
 {

@@ -11,8 +11,9 @@ class AsciiInput : public Zar::ResourcesLibrary::Image::Input
 {
 public:
     using Input::Input;
-    AsciiInput(Zar::ResourcesLibrary::Image::FileFormat fileFormat, Zar::ResourcesLibrary::Image::ImageFormat imageFormat,
-        std::string pattern, std::string folder, char set, char clear);
+    AsciiInput(Zar::ResourcesLibrary::Image::FileFormat fileFormat,
+        Zar::ResourcesLibrary::Image::ImageFormat imageFormat, std::string pattern, std::string folder,
+        char set, char clear);
 
     size_t GetHeaderSize() const override;
     Zar::ResourcesLibrary::Image::ImageInfo ReadHeaderFromData(void const* data, size_t size) override;

@@ -24,11 +24,11 @@ namespace {
 // Qt formats 1 to 17 in order. Format_ARGB32 goes to Bgrx on purpose: its pixels lie in memory in
 // the order B, G, R, A on little-endian machines, and the fourth byte is not announced as alpha.
 constexpr std::array<ImageFormat, 17> kFromQt {
-    ImageFormat::Mono,    // Format_Mono
+    ImageFormat::Mono, // Format_Mono
     ImageFormat::Unknown, // Format_MonoLSB
     ImageFormat::Unknown, // Format_Indexed8
-    ImageFormat::Rgbx,    // Format_RGB32
-    ImageFormat::Bgrx,    // Format_ARGB32
+    ImageFormat::Rgbx, // Format_RGB32
+    ImageFormat::Bgrx, // Format_ARGB32
     ImageFormat::Unknown, // Format_ARGB32_Premultiplied
     ImageFormat::Unknown, // Format_RGB16
     ImageFormat::Unknown, // Format_ARGB8565_Premultiplied
@@ -36,11 +36,11 @@ constexpr std::array<ImageFormat, 17> kFromQt {
     ImageFormat::Unknown, // Format_ARGB6666_Premultiplied
     ImageFormat::Unknown, // Format_RGB555
     ImageFormat::Unknown, // Format_ARGB8555_Premultiplied
-    ImageFormat::Rgb24,   // Format_RGB888
+    ImageFormat::Rgb24, // Format_RGB888
     ImageFormat::Unknown, // Format_RGB444
     ImageFormat::Unknown, // Format_ARGB4444_Premultiplied
-    ImageFormat::Rgbx,    // Format_RGBX8888
-    ImageFormat::Rgba,    // Format_RGBA8888
+    ImageFormat::Rgbx, // Format_RGBX8888
+    ImageFormat::Rgba, // Format_RGBA8888
 };
 
 } // namespace
@@ -70,9 +70,11 @@ uint32_t QtInput::LineStride(int x, ImageFormat format)
 
 MutableImage QtInput::Load(char const* filePath)
 {
-    // Paths are taken byte for byte as Latin-1, as the loader has always read them.
+    // The path is read as Latin-1, one character a byte. Qt encodes file names back in the
+    // locale's encoding, so a path outside ASCII names another file and loads as the empty image.
     QImage const decoded(
-        QString::fromLatin1(filePath, filePath != nullptr ? static_cast<int>(std::strlen(filePath)) : -1), nullptr);
+        QString::fromLatin1(filePath, filePath != nullptr ? static_cast<int>(std::strlen(filePath)) : -1),
+        nullptr);
     if (decoded.sizeInBytes() == 0)
         return MutableImage::Empty;
 

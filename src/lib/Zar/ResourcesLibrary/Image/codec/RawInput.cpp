@@ -1,15 +1,18 @@
 #include "Zar/ResourcesLibrary/Image/codec/RawInput.h"
 
 #include "Zar/Lt/Exceptions/Check.h"
+#include "Zar/ResourcesLibrary/Image/ImageFormatHelper.h"
 #include "Zar/ResourcesLibrary/Image/codec/Raw.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
 #include <fstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 using Zar::ResourcesLibrary::ResourcesLibraryException;
 using Zar::ResourcesLibrary::Image::ImageFormat;
+using Zar::ResourcesLibrary::Image::ImageFormatHelper;
 using Zar::ResourcesLibrary::Image::ImageInfo;
 using Zar::ResourcesLibrary::Image::MutableImage;
 
@@ -20,8 +23,8 @@ ImageInfo FrameInfo()
     ImageInfo info(ImageFormat::Bgra);
     info._width = RawInput::kWidth;
     info._height = RawInput::kHeight;
-    // 32 bits a pixel: the rows are already multiples of 4 bytes and carry no padding.
-    info._stride = RawInput::kWidth * 4;
+    // Rows of 32-bit pixels are whole multiples of 4 bytes already: the dump has no padding.
+    info._stride = ImageFormatHelper::BitsPerPixel(ImageFormat::Bgra) * RawInput::kWidth / 8;
     info._bottomUp = 1;
     return info;
 }

@@ -12,14 +12,14 @@
 #include <string>
 #include <vector>
 
+using testing::StrEq;
+using testing::ThrowsMessage;
 using Zar::Lt::Exceptions::NotSupported;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
 using Zar::ResourcesLibrary::Image::FileFormat;
 using Zar::ResourcesLibrary::Image::ImageFormat;
 using Zar::ResourcesLibrary::Image::ImageInfo;
 using Zar::ResourcesLibrary::Image::MutableImage;
-using testing::StrEq;
-using testing::ThrowsMessage;
 
 namespace {
 
@@ -187,7 +187,10 @@ TEST(AsciiInputTest, ControlCharacterCountStopsAtTheEndOfTheData)
 TEST(AsciiInputTest, OnlyControlCharactersWidenThePitch)
 {
     // DEL and NUL are control characters; bytes from 128 up and the blank are not.
-    EXPECT_EQ(1, HeaderOf("XX\n\x7F" "XX\n").Height());
+    EXPECT_EQ(1,
+        HeaderOf("XX\n\x7F"
+                 "XX\n")
+            .Height());
     EXPECT_EQ(1, HeaderOf(std::string("XX\n\0XX\n", 7)).Height());
     EXPECT_EQ(2, HeaderOf("XX\n\xC3\xA9\n").Height());
     EXPECT_EQ(2, HeaderOf("XX\n X\n").Height());
@@ -332,13 +335,11 @@ TEST(AsciiInputTest, RowsAreTakenOnlyAsFarAsTheDataHoldsWholePitches)
 
     EXPECT_EQ(1000, image.Info().Width());
     EXPECT_EQ(1, image.Info().Height());
-    EXPECT_EQ(std::vector<uint8_t>(500, 0xFF), std::vector<uint8_t>(image.Buffer().begin(), image.Buffer().begin() + 500));
+    EXPECT_EQ(std::vector<uint8_t>(500, 0xFF),
+        std::vector<uint8_t>(image.Buffer().begin(), image.Buffer().begin() + 500));
 }
 
-TEST(AsciiInputTest, HeaderSizeIs16384)
-{
-    EXPECT_EQ(16384u, MakeLoader().GetHeaderSize());
-}
+TEST(AsciiInputTest, HeaderSizeIs16384) { EXPECT_EQ(16384u, MakeLoader().GetHeaderSize()); }
 
 TEST(AsciiInputTest, LoadReadsTheFile)
 {
@@ -409,8 +410,8 @@ TEST(AsciiInputTest, LoadFailureNamesTheLoader)
         FAIL() << "no exception";
     } catch (ResourcesLibraryException const& e) {
         EXPECT_STREQ("src/lib/Zar/ResourcesLibrary/Image/codec/AsciiInput", e.Source()._file);
-        EXPECT_STREQ(
-            "virtual Zar::ResourcesLibrary::Image::MutableImage AsciiInput::Load(const char*)", e.Source()._function);
+        EXPECT_STREQ("virtual Zar::ResourcesLibrary::Image::MutableImage AsciiInput::Load(const char*)",
+            e.Source()._function);
     }
 }
 

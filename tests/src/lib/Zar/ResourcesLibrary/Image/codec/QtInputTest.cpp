@@ -5,6 +5,7 @@
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
 #include <QColor>
+#include <QFile>
 #include <QImage>
 #include <QString>
 
@@ -19,24 +20,21 @@
 #include <string>
 #include <vector>
 
+using testing::StrEq;
+using testing::ThrowsMessage;
 using Zar::Lt::Exceptions::NotSupported;
 using Zar::Lt::Exceptions::PreCondition;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
 using Zar::ResourcesLibrary::Image::FileFormat;
 using Zar::ResourcesLibrary::Image::ImageFormat;
 using Zar::ResourcesLibrary::Image::MutableImage;
-using testing::StrEq;
-using testing::ThrowsMessage;
 
 namespace {
 
 constexpr int kWidth = 5;
 constexpr int kHeight = 3;
 
-std::vector<uint8_t> Bytes(uint8_t const* begin, size_t size)
-{
-    return { begin, begin + size };
-}
+std::vector<uint8_t> Bytes(uint8_t const* begin, size_t size) { return { begin, begin + size }; }
 
 class QtInputTest : public testing::Test
 {
@@ -148,8 +146,8 @@ TEST_F(QtInputTest, RefusalNamesTheLoader)
         FAIL() << "no exception";
     } catch (ResourcesLibraryException const& e) {
         EXPECT_STREQ("src/lib/Zar/ResourcesLibrary/Image/codec/QtInput", e.Source()._file);
-        EXPECT_STREQ(
-            "virtual Zar::ResourcesLibrary::Image::MutableImage QtInput::Load(const char*)", e.Source()._function);
+        EXPECT_STREQ("virtual Zar::ResourcesLibrary::Image::MutableImage QtInput::Load(const char*)",
+            e.Source()._function);
     }
 }
 
@@ -185,9 +183,11 @@ TEST_F(QtInputTest, AGrayPgmIsOutsideTheTableAndOnlyWhatQtDecodedIsCopied)
     ASSERT_EQ(60u, image.Buffer().size());
     // Qt leaves its row padding undefined, so only the pixels of each row are compared.
     for (int row = 0; row < kHeight; ++row)
-        EXPECT_EQ(Bytes(decoded.constScanLine(row), kWidth), Bytes(image.Buffer().data() + row * 8, kWidth)) << row;
+        EXPECT_EQ(Bytes(decoded.constScanLine(row), kWidth), Bytes(image.Buffer().data() + row * 8, kWidth))
+            << row;
     EXPECT_EQ(static_cast<uint8_t>(40 * 2 + 5 * 4 + 1), image.Buffer()[2 * 8 + 4]);
-    EXPECT_TRUE(std::all_of(image.Buffer().begin() + 24, image.Buffer().end(), [](uint8_t b) { return b == 0; }));
+    EXPECT_TRUE(
+        std::all_of(image.Buffer().begin() + 24, image.Buffer().end(), [](uint8_t b) { return b == 0; }));
 }
 
 TEST_F(QtInputTest, ALoaderAskingForGray8RefusesAGrayPgmAsUnknown)
@@ -274,6 +274,17 @@ TEST_F(QtInputTest, ANullPathGivesTheEmptyImage)
     EXPECT_TRUE(Loader(ImageFormat::Unknown).Load(static_cast<char const*>(nullptr)).IsEmpty());
 }
 
+TEST_F(QtInputTest, APathOutsideAsciiIsReadAsLatin1AndMissesTheFile)
+{
+    std::string const path = PathOf("caf\xC3\xA9.png");
+    ASSERT_TRUE(Colourful(QImage::Format_RGB888).save(QString::fromUtf8(path.c_str())));
+    ASSERT_TRUE(std::filesystem::exists(path));
+    // Under a Latin-1 locale the bytes would come back unchanged; every other locale changes them.
+    bool const namesTheSameFile = QFile::encodeName(QString::fromLatin1(path.c_str())).toStdString() == path;
+
+    EXPECT_EQ(!namesTheSameFile, Loader(ImageFormat::Unknown).Load(path.c_str()).IsEmpty());
+}
+
 TEST_F(QtInputTest, LoadOfAStringPathReadsTheFile)
 {
     std::string const path = Save(Colourful(QImage::Format_RGB888), "rgb.png");
@@ -293,10 +304,23 @@ TEST_F(QtInputTest, LoadHeaderIsNotSupported)
 TEST_F(QtInputTest, QtFormatsMapThroughTheTable)
 {
     std::vector<ImageFormat> const expected {
-        ImageFormat::Mono, ImageFormat::Unknown, ImageFormat::Unknown, ImageFormat::Rgbx, ImageFormat::Bgrx,
-        ImageFormat::Unknown, ImageFormat::Unknown, ImageFormat::Unknown, ImageFormat::Unknown,
-        ImageFormat::Unknown, ImageFormat::Unknown, ImageFormat::Unknown, ImageFormat::Rgb24,
-        ImageFormat::Unknown, ImageFormat::Unknown, ImageFormat::Rgbx, ImageFormat::Rgba,
+        ImageFormat::Mono,
+        ImageFormat::Unknown,
+        ImageFormat::Unknown,
+        ImageFormat::Rgbx,
+        ImageFormat::Bgrx,
+        ImageFormat::Unknown,
+        ImageFormat::Unknown,
+        ImageFormat::Unknown,
+        ImageFormat::Unknown,
+        ImageFormat::Unknown,
+        ImageFormat::Unknown,
+        ImageFormat::Unknown,
+        ImageFormat::Rgb24,
+        ImageFormat::Unknown,
+        ImageFormat::Unknown,
+        ImageFormat::Rgbx,
+        ImageFormat::Rgba,
     };
     for (int qtFormat = 1; qtFormat <= 17; ++qtFormat)
         EXPECT_EQ(expected[static_cast<size_t>(qtFormat - 1)], QtInput::FromQtFormat(qtFormat)) << qtFormat;

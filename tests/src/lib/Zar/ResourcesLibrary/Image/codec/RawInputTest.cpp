@@ -14,13 +14,13 @@
 #include <string>
 #include <vector>
 
+using testing::StrEq;
+using testing::ThrowsMessage;
 using Zar::Lt::Exceptions::NotSupported;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
 using Zar::ResourcesLibrary::Image::FileFormat;
 using Zar::ResourcesLibrary::Image::ImageFormat;
 using Zar::ResourcesLibrary::Image::MutableImage;
-using testing::StrEq;
-using testing::ThrowsMessage;
 
 namespace {
 
@@ -49,7 +49,8 @@ protected:
     {
         std::string const path = (_folder / name).string();
         std::ofstream(path, std::ios::binary)
-            .write(reinterpret_cast<char const*>(content.data()), static_cast<std::streamsize>(content.size()));
+            .write(
+                reinterpret_cast<char const*>(content.data()), static_cast<std::streamsize>(content.size()));
         return path;
     }
 
@@ -97,7 +98,8 @@ TEST_F(RawInputTest, AShortFileFillsTheTopOfTheFrameAndLeavesTheRestZero)
 
     ASSERT_EQ(kFrameSize, image.Buffer().size());
     EXPECT_TRUE(std::equal(bytes.begin(), bytes.end(), image.Buffer().begin()));
-    EXPECT_TRUE(std::all_of(image.Buffer().begin() + 5000, image.Buffer().end(), [](uint8_t b) { return b == 0; }));
+    EXPECT_TRUE(
+        std::all_of(image.Buffer().begin() + 5000, image.Buffer().end(), [](uint8_t b) { return b == 0; }));
 }
 
 TEST_F(RawInputTest, AnEmptyFileLoadsAsAnAllZeroFrame)
@@ -147,8 +149,8 @@ TEST_F(RawInputTest, FailureNamesTheLoader)
         FAIL() << "no exception";
     } catch (ResourcesLibraryException const& e) {
         EXPECT_STREQ("src/lib/Zar/ResourcesLibrary/Image/codec/RawInput", e.Source()._file);
-        EXPECT_STREQ(
-            "virtual Zar::ResourcesLibrary::Image::MutableImage RawInput::Load(const char*)", e.Source()._function);
+        EXPECT_STREQ("virtual Zar::ResourcesLibrary::Image::MutableImage RawInput::Load(const char*)",
+            e.Source()._function);
     }
 }
 
