@@ -3,6 +3,7 @@
 // Test helpers of the packinspect tests: pack files and BMP files built byte by byte, temporary
 // folders, and running the built tools.
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdio>

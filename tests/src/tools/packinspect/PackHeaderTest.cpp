@@ -1,0 +1,104 @@
+#include "PackHeader.h"
+
+#include "TestPacks.h"
+
+#include "Zar/Lt/Exceptions/PreCondition.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace PackInspectTest;
+using Zar::ResourcesLibrary::Tools::Inspect::PackHeader;
+
+TEST(PackHeaderTest, ReadsEveryField)
+{
+    auto const pack = BuildPack(WorkedExample());
+    auto const header = PackHeader::Parse(pack);
+    EXPECT_TRUE(header.HasMagic());
+    EXPECT_TRUE(header.HasKnownFormat());
+    EXPECT_EQ(header._version.Value(), 0x01020304u);
+    EXPECT_EQ(header._firstSector, 12u);
+    EXPECT_EQ(header._iconCount, 12u);
+    EXPECT_EQ(header._screenCount, 1u);
+    EXPECT_EQ(header._crcTable[12], GetU16(pack, 24 + 24));
+    EXPECT_NE(header._crcTable[247], 0);
+    EXPECT_EQ(header._crcTable[11], 0);
+    EXPECT_EQ(header._namesCount, 13u);
+    ASSERT_EQ(header._names.size(), 13u);
+    EXPECT_EQ(header._names.front(), "Icon0");
+    EXPECT_EQ(header._names.back(), "Screen0");
+    EXPECT_TRUE(header._nameProblems.empty());
+}
+
+TEST(PackHeaderTest, CrcEntryPastTheTableIsZero)
+{
+    auto const header = PackHeader::Parse(BuildPack(WorkedExample()));
+    EXPECT_EQ(header.CrcEntry(247), header._crcTable[247]);
+    EXPECT_EQ(header.CrcEntry(256), 0);
+    EXPECT_EQ(header.CrcEntry(1u << 20), 0);
+}
+
+TEST(PackHeaderTest, WrongMagicAndFormatAreSeen)
+{
+    auto pack = BuildPack(WorkedExample());
+    pack[0] = 'z';
+    PutU32(pack, 4, 0x00050101);
+    auto const header = PackHeader::Parse(pack);
+    EXPECT_FALSE(header.HasMagic());
+    EXPECT_FALSE(header.HasKnownFormat());
+}
+
+TEST(PackHeaderTest, NeedsAWholeHeaderSector)
+{
+    Bytes const shortHeader(4095, 0);
+    EXPECT_THAT([&] { PackHeader::Parse(shortHeader); },
+                testing::ThrowsMessage<Zar::Lt::Exceptions::PreCondition>(
+                    testing::StrEq("PreCondition header.size() >= PackFormat::SectorSize")));
+}
+
+TEST(PackHeaderTest, UsedBeyondTheAreaIsClampedAndReported)
+{
+    auto pack = BuildPack(WorkedExample());
+    PutU32(pack, 536, 5000);
+    auto const header = PackHeader::Parse(pack);
+    EXPECT_THAT(header._nameProblems, testing::Contains("names area claims 5000 bytes, more than its 3552"));
+    EXPECT_EQ(header._names.size(), 13u);
+}
+
+TEST(PackHeaderTest, ANameRunningPastTheUsedBytesIsReported)
+{
+    auto pack = BuildPack(WorkedExample());
+    // "Icon0" takes 6 bytes; the area claims only 4.
+    PutU32(pack, 536, 4);
+    auto const header = PackHeader::Parse(pack);
+    EXPECT_TRUE(header._names.empty());
+    EXPECT_THAT(header._nameProblems, testing::Contains("name 0 of 5 bytes runs past the 4 used bytes"));
+}
+
+TEST(PackHeaderTest, FewerNamesThanCountedAreReported)
+{
+    auto pack = BuildPack(WorkedExample());
+    PutU32(pack, 540, 20);
+    auto const header = PackHeader::Parse(pack);
+    EXPECT_EQ(header._names.size(), 13u);
+    EXPECT_THAT(header._nameProblems, testing::Contains("names area ends after 13 of 20 names"));
+}
+
+TEST(PackHeaderTest, BytesLeftAfterTheLastNameAreReported)
+{
+    auto pack = BuildPack(WorkedExample());
+    PutU32(pack, 540, 12);
+    auto const header = PackHeader::Parse(pack);
+    EXPECT_EQ(header._names.size(), 12u);
+    EXPECT_THAT(header._nameProblems, testing::Contains("names area holds 8 bytes after its last name"));
+}
+
+TEST(PackHeaderTest, NonZeroBytesPastTheUsedOnesAreReported)
+{
+    auto pack = BuildPack(WorkedExample());
+    pack[4095] = 1;
+    auto const header = PackHeader::Parse(pack);
+    auto const used = header._namesUsed;
+    EXPECT_THAT(header._nameProblems,
+                testing::ElementsAre("names area holds non-zero bytes after its " + std::to_string(used) + " used bytes"));
+}
