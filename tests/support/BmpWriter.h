@@ -38,8 +38,10 @@ public:
 
     // Info header. infoSize is written as biSize and decides where the palette starts: bytes
     // between the 40 written fields and infoSize are zero. A value below 40 puts the palette right
-    // behind the 40 fields, since the fields cannot be overwritten.
+    // behind the 40 fields, since the fields cannot be overwritten, and so does a lying value above
+    // MaxFilledInfoSize, which is written but not filled up to.
     uint32_t infoSize = 40;
+    static constexpr uint32_t MaxFilledInfoSize = 4096;
     int32_t width = 0;
     int32_t height = 0; // positive: rows are stored bottom row first
     uint16_t planes = 1;
@@ -120,7 +122,7 @@ public:
         Put32(block, static_cast<uint32_t>(yPelsPerMeter));
         Put32(block, clrUsed ? *clrUsed : static_cast<uint32_t>(palette.size()));
         Put32(block, clrImportant);
-        if (infoSize > block.size())
+        if (infoSize > block.size() && infoSize <= MaxFilledInfoSize)
             block.resize(infoSize, 0);
         for (uint32_t entry : palette) {
             block.push_back(static_cast<uint8_t>(entry));

@@ -56,7 +56,7 @@ public:
     // A decoded image larger than this is refused before it is allocated. Files of few bytes can
     // declare huge images (a narrow image has lines of zero source bytes), and a display resource
     // never comes near this size.
-    static constexpr uint64_t MaxImageSize = uint64_t { 1 } << 30;
+    static constexpr uint64_t MaxImageSize = uint64_t { 1 } << 28;
 
     size_t GetHeaderSize() const override;
     Zar::ResourcesLibrary::Image::ImageInfo ReadHeader(std::istream& stream) override;
