@@ -1,6 +1,23 @@
 #include "GuiSession.h"
 
 #include <QGuiApplication>
+#include <QString>
+
+namespace {
+
+QtMessageHandler previousHandler = nullptr;
+
+// Qt warns that XDG_RUNTIME_DIR is unset on every start outside a desktop session, which is where
+// this tool mostly runs; it needs no runtime folder, so that one warning is dropped.
+void DropRuntimeDirWarning(QtMsgType type, QMessageLogContext const& context, QString const& message)
+{
+    if (type == QtWarningMsg && message.startsWith("QStandardPaths: XDG_RUNTIME_DIR not set"))
+        return;
+    if (previousHandler)
+        previousHandler(type, context, message);
+}
+
+} // namespace
 
 namespace Zar::ResourcesLibrary::Tools::Inspect {
 
@@ -10,6 +27,7 @@ void GuiSession::Ensure()
         return;
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    previousHandler = qInstallMessageHandler(DropRuntimeDirWarning);
     // Qt keeps references to argc and argv for the application's lifetime.
     static int argc = 1;
     static char name[] = "packinspect";

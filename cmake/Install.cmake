@@ -1,0 +1,24 @@
+# Install rules: the two tools, the CMake module with a package configuration that points it at the
+# installed tools, and a man page for each tool.
+include(GNUInstallDirs)
+
+foreach(tool IN ITEMS packager packinspect)
+    if(TARGET ${tool})
+        install(TARGETS ${tool} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+    endif()
+endforeach()
+
+# find_package(Packager) looks in <prefix>/share/cmake/Packager among other places.
+set(PACKAGER_INSTALL_CMAKEDIR ${CMAKE_INSTALL_DATADIR}/cmake/Packager)
+file(RELATIVE_PATH packager_config_to_bin "/${PACKAGER_INSTALL_CMAKEDIR}" "/${CMAKE_INSTALL_BINDIR}")
+file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/PackagerConfig.cmake CONTENT [[
+# Makes packager_add_pack() available with the tools installed beside this file.
+set(PACKAGER_EXECUTABLE "${CMAKE_CURRENT_LIST_DIR}/@packager_config_to_bin@/packager" CACHE FILEPATH "The packager tool")
+set(PACKINSPECT_EXECUTABLE "${CMAKE_CURRENT_LIST_DIR}/@packager_config_to_bin@/packinspect" CACHE FILEPATH "The packinspect tool")
+include("${CMAKE_CURRENT_LIST_DIR}/Packager.cmake")
+]] @ONLY)
+install(FILES ${PROJECT_SOURCE_DIR}/cmake/Packager.cmake ${PROJECT_BINARY_DIR}/PackagerConfig.cmake
+        DESTINATION ${PACKAGER_INSTALL_CMAKEDIR})
+
+install(FILES ${PROJECT_SOURCE_DIR}/docs/packager.1 ${PROJECT_SOURCE_DIR}/docs/packinspect.1
+        DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
