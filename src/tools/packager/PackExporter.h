@@ -34,7 +34,6 @@ public:
     // Spelt through this alias so that the signatures recorded in exceptions read
     // "const string_view&", as the firmware's tools have always printed them.
     using string_view = std::string_view;
-    using MutableImage = Zar::ResourcesLibrary::Image::MutableImage;
 
     static constexpr int kSectorSize = 4096;
     // Target sector number of the first screen sector; part of the pack format.
@@ -61,9 +60,9 @@ public:
     void Process(Zar::ResourcesLibrary::Image::InputSequence& sequence);
     // The sequence's callback for one loaded image: checks the name, packs the image as an icon or
     // a screen and turns any failure into one error line. Always returns true.
-    bool ProcessImage(int index, string_view const& name, MutableImage& image);
-    void ProcessIcon(int index, string_view const& name, MutableImage& image);
-    void ProcessScreen(int index, string_view const& name, MutableImage& image);
+    bool ProcessImage(int index, string_view const& name, Zar::ResourcesLibrary::Image::MutableImage& image);
+    void ProcessIcon(int index, string_view const& name, Zar::ResourcesLibrary::Image::MutableImage& image);
+    void ProcessScreen(int index, string_view const& name, Zar::ResourcesLibrary::Image::MutableImage& image);
 
     void WriteCEnumerationFile(EnumerationOption const& option, int offset);
     void WritePythonEnumerationFile(EnumerationOption const& option, int offset);

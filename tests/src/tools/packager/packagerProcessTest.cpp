@@ -1,0 +1,227 @@
+// The packager executable run as a process, the way build scripts run it: exit status, what it
+// prints, and the files it leaves behind in its current folder.
+
+#include "PackReader.h"
+#include "TemporaryFolder.h"
+#include "TestImages.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <sys/wait.h>
+
+namespace {
+
+using namespace PackagerTests;
+using testing::StartsWith;
+
+constexpr char kHelp[] = "packager version 0.5.0.5\n"
+                         "    to include all bmp specified in list.txt in icons & screens folders\n"
+                         "    version format is Major.minor.patch.build on byte (less than 256)\n"
+                         "sector <integer>  to specify the first icon sector\n";
+
+std::string Quoted(std::string const& text)
+{
+    std::string quoted = "'";
+    for (char const c : text)
+        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return quoted + "'";
+}
+
+struct Process
+{
+    int status = -1;
+    std::string output;
+    std::string errors;
+};
+
+// Runs the executable in folder with the arguments; its standard output and error are kept in files
+// beside the folder, so that they do not show up among the files it leaves behind.
+Process RunPackager(TemporaryFolder const& scratch, std::filesystem::path const& folder,
+    std::vector<std::string> const& arguments)
+{
+    std::string command = "cd " + Quoted(folder.string()) + " && " + Quoted(PACKAGER_EXECUTABLE);
+    for (auto const& argument : arguments)
+        command += " " + Quoted(argument);
+    command += " >" + Quoted((scratch / "stdout.txt").string()) + " 2>" + Quoted((scratch / "stderr.txt").string());
+    int const result = std::system(command.c_str());
+    Process process;
+    process.status = WIFEXITED(result) ? WEXITSTATUS(result) : -1;
+    process.output = ReadText(scratch / "stdout.txt");
+    process.errors = ReadText(scratch / "stderr.txt");
+    return process;
+}
+
+std::set<std::string> FilesIn(std::filesystem::path const& folder)
+{
+    std::set<std::string> names;
+    for (auto const& entry : std::filesystem::directory_iterator(folder))
+        names.insert(entry.path().filename().string());
+    return names;
+}
+
+std::vector<std::string> ListedNames(std::filesystem::path const& list)
+{
+    std::vector<std::string> names;
+    std::ifstream file(list);
+    std::string line;
+    while (std::getline(file, line)) {
+        if (line.empty())
+            continue;
+        names.push_back(line.substr(0, line.rfind('.')));
+    }
+    return names;
+}
+
+std::set<std::string> const kBuildOutputs
+    = { "bmp", "oled.pack", "Icons.h", "Icons.py", "IconsHelper.cpp", "commands.py", "Screens.h", "Screens.py" };
+
+class PackagerProcessTest : public testing::Test
+{
+protected:
+    PackagerProcessTest() { std::filesystem::create_directories(Work()); }
+
+    std::filesystem::path Work() const { return _scratch / "work"; }
+    Process RunTool(std::vector<std::string> const& arguments) const { return RunPackager(_scratch, Work(), arguments); }
+
+    void WriteResources() const
+    {
+        WriteGray4Bmp(Work() / "bmp/icons/Play.bmp", MakeGray4Image(32, 24, 1));
+        // A monochrome icon, loaded as 4-bit grey: the second row is lit, the others dark.
+        std::vector<std::vector<uint8_t>> rows(24, std::vector<uint8_t>(4, 0x00));
+        rows[1] = { 0xFF, 0xFF, 0xFF, 0xFF };
+        WriteMonoBmp(Work() / "bmp/icons/Line.bmp", 32, 24, rows);
+        WriteFile(Work() / "bmp/icons/list.txt", std::string("Play\r\n  Line.bmp\n"));
+        WriteGray4Bmp(Work() / "bmp/screens/Splash.bmp", MakeGray4Image(256, 64, 3));
+        WriteFile(Work() / "bmp/screens/list.txt", std::string("Splash\n"));
+    }
+
+    TemporaryFolder _scratch;
+};
+
+TEST_F(PackagerProcessTest, ABuildPrintsItsSummaryAndLeavesThePackAndTheSources)
+{
+    WriteResources();
+    Process const process = RunTool({ "version", "1.2.3.4", "sector", "20" });
+    EXPECT_EQ(0, process.status);
+    EXPECT_EQ("", process.errors);
+    EXPECT_EQ(kBuildOutputs, FilesIn(Work()));
+
+    std::vector<uint8_t> const pack = ReadBytes(Work() / "oled.pack");
+    ASSERT_EQ(4 * kSector, pack.size());
+    std::vector<uint8_t> icons = Framed(MakeGray4Image(32, 24, 1));
+    MutableImage line(Gray4Info(32, 24), std::vector<uint8_t>(384, 0x00));
+    std::fill(line.Buffer().begin() + 16, line.Buffer().begin() + 32, 0xFF);
+    std::vector<uint8_t> const framedLine = Framed(line);
+    icons.insert(icons.end(), framedLine.begin(), framedLine.end());
+    icons.resize(kSector, 0xFF);
+    EXPECT_EQ(icons, Sector(pack, 1));
+
+    PackHeader const header = ReadHeader(pack);
+    EXPECT_EQ(0x01020304u, header.version);
+    EXPECT_EQ(20u, header.firstSector);
+    EXPECT_EQ((std::vector<std::string> { "Play", "Line", "Splash" }), header.names);
+    EXPECT_EQ(SectorCrc(pack, 1), header.crc[20]);
+    EXPECT_EQ(SectorCrc(pack, 2), header.crc[247]);
+    EXPECT_EQ(SectorCrc(pack, 3), header.crc[248]);
+    EXPECT_EQ("1.2.3.4, 2 icons at sector 20, 1 screens, 4 sectors, 16384 bytes\n"
+            + CrcLine({ SectorCrc(pack, 1), SectorCrc(pack, 2), SectorCrc(pack, 3) }),
+        process.output);
+    EXPECT_THAT(ReadText(Work() / "Icons.h"), testing::HasSubstr("{\n    Play = 180,\n    Line,\n};\n"));
+}
+
+TEST_F(PackagerProcessTest, ASyntaxErrorPrintsTheHelpExitsOneAndLeavesNothing)
+{
+    WriteResources();
+    Process const process = RunTool({ "version", "1" });
+    EXPECT_EQ(1, process.status);
+    EXPECT_EQ(kHelp, process.output);
+    EXPECT_EQ("", process.errors);
+    EXPECT_EQ(std::set<std::string> { "bmp" }, FilesIn(Work()));
+}
+
+TEST_F(PackagerProcessTest, AFailedBuildIsSilentAndExitsZero)
+{
+    // No bmp/ folder at all: without a logger the failure leaves no message.
+    Process const process = RunTool({});
+    EXPECT_EQ(0, process.status);
+    EXPECT_EQ("", process.errors);
+    EXPECT_EQ("0.6.0.0, 0 icons at sector 12, 0 screens, 1 sectors, 4096 bytes\ncrc:\n", process.output);
+    EXPECT_EQ((std::set<std::string> { "oled.pack", "Screens.h", "Screens.py" }), FilesIn(Work()));
+    EXPECT_EQ(kSector, ReadBytes(Work() / "oled.pack").size());
+}
+
+TEST_F(PackagerProcessTest, ABadImageNameIsSkippedSilently)
+{
+    WriteResources();
+    WriteGray4Bmp(Work() / "bmp/icons/Play-Pause.bmp", MakeGray4Image(32, 24, 2));
+    WriteFile(Work() / "bmp/icons/list.txt", std::string("Play\nPlay-Pause\nLine\n"));
+    Process const process = RunTool({});
+    EXPECT_EQ(0, process.status);
+    EXPECT_EQ("", process.errors);
+    EXPECT_THAT(process.output, StartsWith("0.6.0.0, 2 icons at sector 12, 1 screens, 4 sectors, 16384 bytes\n"));
+    EXPECT_EQ((std::vector<std::string> { "Play", "Line", "Splash" }), ReadHeader(ReadBytes(Work() / "oled.pack")).names);
+}
+
+// The project's example resources, packed by the tool: the pack must be consistent in itself.
+TEST_F(PackagerProcessTest, TheExampleResourcesPackConsistently)
+{
+    std::filesystem::path const examples = std::filesystem::path(PACKAGER_SOURCE_DIR) / "examples/bmp";
+    std::filesystem::copy(examples, Work() / "bmp", std::filesystem::copy_options::recursive);
+    std::vector<std::string> const icons = ListedNames(examples / "icons/list.txt");
+    std::vector<std::string> const screens = ListedNames(examples / "screens/list.txt");
+    ASSERT_EQ(12u, icons.size());
+    ASSERT_EQ(3u, screens.size());
+
+    Process const process = RunTool({ "version", "1.0.0.0", "sector", "12" });
+    EXPECT_EQ(0, process.status);
+    EXPECT_EQ("", process.errors);
+    EXPECT_EQ(kBuildOutputs, FilesIn(Work()));
+
+    std::vector<uint8_t> const pack = ReadBytes(Work() / "oled.pack");
+    ASSERT_EQ(0u, pack.size() % kSector);
+    std::size_t const sectors = pack.size() / kSector;
+    std::size_t const iconSectors = (icons.size() + 9) / 10;
+    ASSERT_EQ(1 + iconSectors + 2 * screens.size(), sectors);
+
+    PackHeader const header = ReadHeader(pack);
+    EXPECT_EQ(0x0052415Au, header.magic);
+    EXPECT_EQ(0x00050100u, header.format);
+    EXPECT_EQ(0x01000000u, header.version);
+    EXPECT_EQ(12u, header.firstSector);
+    EXPECT_EQ(icons.size(), header.icons);
+    EXPECT_EQ(screens.size(), header.screens);
+    std::vector<std::string> names = icons;
+    names.insert(names.end(), screens.begin(), screens.end());
+    EXPECT_EQ(names, header.names);
+    EXPECT_EQ(names.size(), header.namesCount);
+
+    std::vector<uint16_t> crcs;
+    std::vector<bool> used(256, false);
+    for (std::size_t i = 0; i < iconSectors; ++i) {
+        EXPECT_EQ(SectorCrc(pack, 1 + i), header.crc[12 + i]) << "icon sector " << i;
+        used[12 + i] = true;
+    }
+    for (std::size_t j = 0; j < 2 * screens.size(); ++j) {
+        EXPECT_EQ(SectorCrc(pack, 1 + iconSectors + j), header.crc[247 + j]) << "screen sector " << j;
+        used[247 + j] = true;
+    }
+    for (std::size_t s = 0; s < 256; ++s) {
+        if (!used[s]) {
+            EXPECT_EQ(0, header.crc[s]) << "entry " << s;
+        }
+    }
+    for (std::size_t s = 1; s < sectors; ++s)
+        crcs.push_back(SectorCrc(pack, s));
+    EXPECT_EQ("1.0.0.0, 12 icons at sector 12, 3 screens, 9 sectors, 36864 bytes\n" + CrcLine(crcs), process.output);
+}
+
+} // namespace
