@@ -311,7 +311,9 @@ int64_t Paint4Bpp::PixelOffset(uint16_t x, uint16_t y) const
 {
     auto const column = static_cast<uint16_t>(x + _area._x);
     auto const row = static_cast<uint16_t>(y + _area._y);
-    int64_t const rowStart = Target().GetLine(row) - _image->Buffer().data();
+    // GetLine may size the buffer, so its start is read only after the call.
+    uint8_t const* const line = Target().GetLine(row);
+    int64_t const rowStart = line - _image->Buffer().data();
     return rowStart + (int64_t { BitsPerPixel() } * column + 7) / 8;
 }
 
@@ -359,7 +361,8 @@ void Paint4Bpp::DrawColumn(uint16_t x, uint16_t inset, uint8_t mask)
     if (inset >= height - inset)
         return;
     int64_t const rowStart = PixelOffset(0, inset);
-    // The byte index runs in 16 bits and wraps past 65535, as the display firmware's does.
+    // The byte index is 16 bits wide and wraps past 65535: on images whose rows are that far apart the
+    // line folds back into earlier rows rather than running on.
     auto index = static_cast<uint16_t>(x / 2);
     auto const stride = static_cast<uint16_t>(Stride());
     for (uint16_t row = inset; row < height - inset; ++row) {
