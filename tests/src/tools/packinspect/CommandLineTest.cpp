@@ -1,0 +1,460 @@
+#include "CommandLine.h"
+
+#include "ContactSheet.h"
+#include "PackFile.h"
+#include "PackLayout.h"
+#include "TestPacks.h"
+
+#include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
+
+#include <QImage>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <map>
+#include <regex>
+#include <sstream>
+
+using namespace PackInspectTest;
+using Zar::ResourcesLibrary::ResourcesLibraryException;
+using Zar::ResourcesLibrary::Tools::Inspect::CommandLine;
+using Zar::ResourcesLibrary::Tools::Inspect::ContactSheet;
+using Zar::ResourcesLibrary::Tools::Inspect::ImageGeometry;
+using Zar::ResourcesLibrary::Tools::Inspect::PackFile;
+using Zar::ResourcesLibrary::Tools::Inspect::PackLayout;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+namespace {
+
+struct Result
+{
+    int _status;
+    std::string _out;
+    std::string _err;
+};
+
+Result Inspect(std::vector<std::string> const& arguments)
+{
+    std::ostringstream out;
+    std::ostringstream err;
+    int const status = CommandLine(out, err).Run(arguments);
+    return { status, out.str(), err.str() };
+}
+
+std::string UsageText(std::string const& name, std::string const& message)
+{
+    return name + ": " + message + "\nTry '" + name + " --help' for more information.\n";
+}
+
+// A folder holding a pack built in code.
+class PackFolder
+{
+public:
+    explicit PackFolder(Bytes const& bytes) { WriteFile(Path(), bytes); }
+    std::string Path() const { return (_folder / "oled.pack").string(); }
+    std::string In(std::string const& name) const { return (_folder / name).string(); }
+
+private:
+    TempFolder _folder;
+};
+
+// The folder of a packager run on the project's example resources.
+class ExampleRun
+{
+public:
+    ExampleRun()
+    {
+        std::filesystem::copy(std::string(PACKAGER_SOURCE_DIR) + "/examples/bmp", _folder / "bmp",
+                              std::filesystem::copy_options::recursive);
+        _packager = PackInspectTest::Run(_folder.Path(), "'" + PackagerPath() + "' version 1.2.3.4 sector 12");
+    }
+    std::filesystem::path const& Folder() const { return _folder.Path(); }
+    std::string Pack() const { return (_folder / "oled.pack").string(); }
+    RunResult const& Packager() const { return _packager; }
+    RunResult Inspect(std::string const& arguments) const
+    {
+        return PackInspectTest::Run(_folder.Path(), "'" + PackinspectPath() + "' " + arguments);
+    }
+
+private:
+    TempFolder _folder;
+    RunResult _packager;
+};
+
+// Enumerator name to value, read from a header that packager generated.
+std::map<std::string, long> Enumerators(std::string const& header)
+{
+    std::map<std::string, long> values;
+    std::regex const line(R"(^    (\w+)( = (-?\d+))?,$)");
+    std::istringstream lines(header);
+    long next = 0;
+    for (std::string text; std::getline(lines, text);) {
+        std::smatch match;
+        if (!std::regex_match(text, match, line))
+            continue;
+        if (match[3].matched)
+            next = std::stol(match[3]);
+        values[match[1]] = next++;
+    }
+    return values;
+}
+
+// kind to (name to value), read from the table of a listing.
+std::map<std::string, std::map<std::string, long>> ListedValues(std::string const& listing)
+{
+    std::map<std::string, std::map<std::string, long>> values;
+    std::regex const row(R"(^(icon|screen) +(-?\d+) +\d+ +\d+  (\S+)$)");
+    std::istringstream lines(listing);
+    for (std::string text; std::getline(lines, text);) {
+        std::smatch match;
+        if (std::regex_match(text, match, row))
+            values[match[1]][match[3]] = std::stol(match[2]);
+    }
+    return values;
+}
+
+} // namespace
+
+TEST(CommandLineTest, NeedsACommand)
+{
+    auto const result = Inspect({});
+    EXPECT_EQ(result._status, CommandLine::Usage);
+    EXPECT_EQ(result._err, UsageText("packinspect", "a command is needed"));
+    EXPECT_EQ(result._out, "");
+}
+
+TEST(CommandLineTest, RefusesAnUnknownCommand)
+{
+    auto const result = Inspect({ "inspect" });
+    EXPECT_EQ(result._status, 2);
+    EXPECT_EQ(result._err, UsageText("packinspect", "unknown command 'inspect'"));
+}
+
+TEST(CommandLineTest, ShowsHelpAndVersion)
+{
+    for (std::string const option : { "--help", "-h" }) {
+        auto const result = Inspect({ option });
+        EXPECT_EQ(result._status, 0);
+        EXPECT_EQ(result._out, CommandLine::MainHelp());
+    }
+    EXPECT_THAT(CommandLine::MainHelp(), HasSubstr("Exit status: 0 if all is well, 1 if problems were found, 2 if"));
+    auto const version = Inspect({ "--version" });
+    EXPECT_EQ(version._status, 0);
+    EXPECT_EQ(version._out, "packinspect 0.5.0.5\n");
+}
+
+TEST(CommandLineTest, EveryCommandHasItsHelp)
+{
+    std::pair<char const*, char const*> const commands[] = { { "verify", CommandLine::VerifyHelp() },
+                                                             { "list", CommandLine::ListHelp() },
+                                                             { "render", CommandLine::RenderHelp() },
+                                                             { "check", CommandLine::CheckHelp() } };
+    for (auto const& [command, help] : commands) {
+        for (std::string const option : { "--help", "-h" }) {
+            auto const result = Inspect({ command, option });
+            EXPECT_EQ(result._status, 0) << command;
+            EXPECT_EQ(result._out, help) << command;
+            EXPECT_THAT(result._out, StartsWith(std::string("Usage: packinspect ") + command)) << command;
+        }
+    }
+}
+
+TEST(CommandLineTest, CommandsRefuseUnknownOptions)
+{
+    for (char const* command : { "verify", "list", "render", "check" }) {
+        auto const result = Inspect({ command, "--frobnicate" });
+        EXPECT_EQ(result._status, 2) << command;
+        EXPECT_EQ(result._err, UsageText(std::string("packinspect ") + command, "unknown option '--frobnicate'"));
+    }
+}
+
+TEST(CommandLineTest, VerifyNeedsExactlyOnePack)
+{
+    EXPECT_EQ(Inspect({ "verify" })._err, UsageText("packinspect verify", "the pack file is missing"));
+    auto const two = Inspect({ "verify", "a", "b" });
+    EXPECT_EQ(two._status, 2);
+    EXPECT_EQ(two._err, UsageText("packinspect verify", "one pack file at a time"));
+}
+
+TEST(CommandLineTest, VerifyOfAMissingFileThrows)
+{
+    EXPECT_THAT([] { Inspect({ "verify", "/nonexistent/oled.pack" }); },
+                testing::ThrowsMessage<ResourcesLibraryException>(testing::StrEq("Cannot open /nonexistent/oled.pack")));
+}
+
+TEST(CommandLineTest, VerifyPassesASoundPackAndFailsADamagedOne)
+{
+    auto bytes = BuildPack(WorkedExample());
+    PackFolder const sound(bytes);
+    auto const good = Inspect({ "verify", sound.Path() });
+    EXPECT_EQ(good._status, 0);
+    EXPECT_THAT(good._out, StartsWith(sound.Path() + "\nsector  file  stored  computed  result\n"));
+    EXPECT_THAT(good._out, testing::EndsWith("verdict: OK, 4 sectors match their CRC\n"));
+
+    bytes[5000] ^= 4;
+    PackFolder const damaged(bytes);
+    auto const bad = Inspect({ "verify", "--", damaged.Path() });
+    EXPECT_EQ(bad._status, 1);
+    EXPECT_THAT(bad._out, testing::EndsWith("verdict: BAD, 1 problem\n"));
+}
+
+TEST(CommandLineTest, ListTakesTheGeometryFromItsOptions)
+{
+    PackFolder const folder(BuildPack(WorkedExample()));
+    auto const defaults = Inspect({ "list", folder.Path() });
+    EXPECT_EQ(defaults._status, 0);
+    EXPECT_THAT(defaults._out, StartsWith(folder.Path() + "\nversion       1.2.3.4\n"));
+    EXPECT_THAT(defaults._out, HasSubstr("icons         12 (32x24, 384 bytes each, 2 sectors)\n"));
+
+    auto const other = Inspect({ "list", "--icon=16x16", "--screen", "256x64", folder.Path() });
+    EXPECT_EQ(other._status, 1);
+    EXPECT_THAT(other._out, HasSubstr("icons         12 (16x16, 128 bytes each, 1 sectors)\n"));
+    EXPECT_THAT(other._out, HasSubstr("problem: the geometry --icon 16x16 --screen 256x64 lays 4 sectors out"));
+}
+
+TEST(CommandLineTest, ListAndRenderRefuseBadSizes)
+{
+    PackFolder const folder(BuildPack(WorkedExample()));
+    for (std::string const command : { "list", "render" }) {
+        std::string const name = "packinspect " + command;
+        auto const withOptions = [&](std::string const& option) {
+            std::vector<std::string> arguments { command, option, folder.Path() };
+            if (command == "render")
+                arguments.insert(arguments.end(), { "-o", folder.In("x.png") });
+            return Inspect(arguments);
+        };
+        EXPECT_EQ(withOptions("--icon=32")._err,
+                  UsageText(name, "a size is WxH, two numbers from 1 to 65535: '32' is not"));
+        EXPECT_EQ(withOptions("--screen=0x64")._err,
+                  UsageText(name, "a size is WxH, two numbers from 1 to 65535: '0x64' is not"));
+        EXPECT_EQ(withOptions("--icon=64x128")._err,
+                  UsageText(name, "an icon of 64x128 takes 4096 bytes; icons are below 4096 bytes"));
+        EXPECT_EQ(withOptions("--screen=32x24")._err,
+                  UsageText(name, "a screen of 32x24 takes 384 bytes; screens take from 4096 bytes to the whole store"));
+        auto const huge = withOptions("--screen=2048x2048");
+        EXPECT_EQ(huge._status, 2);
+        EXPECT_EQ(huge._err, UsageText(name, "a screen of 2048x2048 takes 2097152 bytes; screens take from 4096 bytes "
+                                             "to the whole store"));
+        EXPECT_EQ(Inspect({ command, "--icon" })._err, UsageText(name, "option '--icon' needs a value"));
+    }
+    EXPECT_FALSE(std::filesystem::exists(folder.In("x.png")));
+}
+
+TEST(CommandLineTest, ListOfSomethingElseIsAProblem)
+{
+    PackFolder const folder(Bytes(8192, 0xFF));
+    auto const result = Inspect({ "list", folder.Path() });
+    EXPECT_EQ(result._status, 1);
+    EXPECT_THAT(result._out, HasSubstr("problem: not a pack"));
+}
+
+TEST(CommandLineTest, RenderNeedsAnOutput)
+{
+    PackFolder const folder(BuildPack(WorkedExample()));
+    EXPECT_EQ(Inspect({ "render", folder.Path() })._err,
+              UsageText("packinspect render", "the output file is missing: give it with -o FILE.png"));
+    EXPECT_EQ(Inspect({ "render", folder.Path(), "--output=" })._status, 2);
+    EXPECT_EQ(Inspect({ "render", "-o", "x.png" })._err, UsageText("packinspect render", "the pack file is missing"));
+}
+
+TEST(CommandLineTest, RenderWritesThePng)
+{
+    PackFolder const folder(BuildPack(WorkedExample()));
+    std::string const png = folder.In("sheet.png");
+    auto const result = Inspect({ "render", folder.Path(), "-o", png });
+    EXPECT_EQ(result._status, 0) << result._err;
+    EXPECT_EQ(result._out, "wrote " + png + " (13 images, 1040x584 pixels)\n");
+    QImage const image(QString::fromStdString(png));
+    EXPECT_EQ(image.size(), QSize(1040, 584));
+}
+
+TEST(CommandLineTest, RenderReportsImagesPastTheEnd)
+{
+    auto bytes = BuildPack(WorkedExample());
+    bytes.resize(3 * 4096);
+    PackFolder const folder(bytes);
+    auto const result = Inspect({ "render", folder.Path(), "-o", folder.In("sheet.png") });
+    EXPECT_EQ(result._status, 1);
+    EXPECT_EQ(result._err, "packinspect render: the image Screen0 lies past the end of the file\n");
+}
+
+TEST(CommandLineTest, RenderRefusesWhatIsNotAPack)
+{
+    PackFolder const folder(Bytes(4096, 0));
+    auto const result = Inspect({ "render", folder.Path(), "-o", folder.In("sheet.png") });
+    EXPECT_EQ(result._status, 1);
+    EXPECT_EQ(result._err, "packinspect render: " + folder.Path() + " is not a pack\n");
+}
+
+TEST(CommandLineTest, RenderReportsAnOutputItCannotWrite)
+{
+    PackFolder const folder(BuildPack(WorkedExample()));
+    std::string const png = folder.In("missing-folder/sheet.png");
+    auto const result = Inspect({ "render", folder.Path(), "-o", png });
+    EXPECT_EQ(result._status, 2);
+    EXPECT_EQ(result._err, "packinspect render: cannot write " + png + "\n");
+}
+
+TEST(CommandLineTest, CheckRefusesABadSectorAndTwoFolders)
+{
+    for (char const* sector : { "--sector=abc", "--sector=-1", "--sector=", "--sector=12x" }) {
+        auto const result = Inspect({ "check", sector });
+        EXPECT_EQ(result._status, 2) << sector;
+        EXPECT_THAT(result._err, StartsWith("packinspect check: the sector '")) << sector;
+    }
+    EXPECT_EQ(Inspect({ "check", "a", "b" })._err, UsageText("packinspect check", "one bmp folder at most"));
+}
+
+TEST(CommandLineTest, CheckReportsFailuresInItsExitStatus)
+{
+    TempFolder folder;
+    WriteFile(folder / "bmp/icons/Play.bmp", Bmp4(32, 24, AscendingGreys(), Ramp(32, 24, 0)));
+    WriteText(folder / "bmp/icons/list.txt", "Play\n");
+    auto const sound = Inspect({ "check", (folder / "bmp").string() });
+    EXPECT_EQ(sound._status, 0) << sound._out;
+    EXPECT_THAT(sound._out, testing::EndsWith("result: 0 failures, 0 warnings\n"));
+
+    WriteText(folder / "bmp/icons/list.txt", "Play\nMissing\n");
+    auto const failing = Inspect({ "check", "--sector", "20", (folder / "bmp").string() });
+    EXPECT_EQ(failing._status, 1);
+    EXPECT_THAT(failing._out, HasSubstr("FAIL icon index 3, name Missing"));
+    EXPECT_THAT(failing._out, HasSubstr("0.6.0.0, 1 icons at sector 20"));
+}
+
+// End to end: the tools as a user runs them, on the project's example resources.
+
+TEST(EndToEndTest, VerifyPassesWhatPackagerWrote)
+{
+    ExampleRun const run;
+    ASSERT_EQ(run.Packager()._status, 0) << run.Packager()._output;
+    auto const result = run.Inspect("verify oled.pack");
+    EXPECT_EQ(result._status, 0) << result._output;
+    EXPECT_THAT(result._output, testing::EndsWith("verdict: OK, 8 sectors match their CRC\n"));
+    // Every CRC packager printed is one the verifier found stored and recomputed.
+    std::smatch crcLine;
+    ASSERT_TRUE(std::regex_search(run.Packager()._output, crcLine, std::regex("crc:([0-9A-F ]+)")));
+    std::istringstream crcs(crcLine[1]);
+    for (std::string crc; crcs >> crc;)
+        EXPECT_THAT(result._output, HasSubstr(crc + "      " + crc + "  OK\n"));
+}
+
+TEST(EndToEndTest, VerifyFailsOnCorruptedCopies)
+{
+    ExampleRun const run;
+    auto const good = ReadFile(run.Pack());
+    struct Damage
+    {
+        char const* _what;
+        std::size_t _offset;
+        char const* _expected;
+    };
+    // File sectors 1 and 2 hold icons, 3 to 8 screens; the header maps them to 12, 13 and 247 to 252.
+    Damage const damages[] = { { "first icon sector", 1 * 4096 + 10, "    12     1" },
+                               { "icon padding", 2 * 4096 + 4000, "    13     2" },
+                               { "first screen sector", 3 * 4096, "   247     3" },
+                               { "last screen sector", 9 * 4096 - 1, "   252     8" },
+                               { "stored CRC", 24 + 2 * 249, "   249     5" } };
+    for (auto const& damage : damages) {
+        auto bytes = good;
+        bytes[damage._offset] ^= 0x20;
+        WriteFile(run.Folder() / "damaged.pack", bytes);
+        auto const result = run.Inspect("verify damaged.pack");
+        EXPECT_EQ(result._status, 1) << damage._what;
+        EXPECT_THAT(result._output, testing::ContainsRegex(std::string(damage._expected) + " +[0-9A-F]{4} +[0-9A-F]{4}  BAD"))
+            << damage._what;
+        EXPECT_THAT(result._output, testing::EndsWith("verdict: BAD, 1 problem\n")) << damage._what;
+    }
+
+    auto truncated = good;
+    truncated.resize(good.size() - 5000);
+    WriteFile(run.Folder() / "truncated.pack", truncated);
+    auto const cut = run.Inspect("verify truncated.pack");
+    EXPECT_EQ(cut._status, 1);
+    EXPECT_THAT(cut._output, HasSubstr("BAD (cut short: 3192 of 4096 bytes)"));
+    EXPECT_THAT(cut._output, HasSubstr("BAD (missing from the file)"));
+
+    auto wrongMagic = good;
+    wrongMagic[2] = 'Q';
+    WriteFile(run.Folder() / "magic.pack", wrongMagic);
+    auto const magic = run.Inspect("verify magic.pack");
+    EXPECT_EQ(magic._status, 1);
+    EXPECT_THAT(magic._output, HasSubstr("problem: wrong magic 0051415A"));
+}
+
+TEST(EndToEndTest, AFileThatCannotBeReadExitsWithTwo)
+{
+    ExampleRun const run;
+    auto const result = run.Inspect("verify nothing.pack");
+    EXPECT_EQ(result._status, 2);
+    EXPECT_EQ(result._output, "packinspect: Cannot open nothing.pack\n");
+    EXPECT_EQ(run.Inspect("")._status, 2);
+}
+
+TEST(EndToEndTest, ListShowsWhatPackagerWrote)
+{
+    ExampleRun const run;
+    auto const listing = run.Inspect("list oled.pack");
+    ASSERT_EQ(listing._status, 0) << listing._output;
+    auto const listed = ListedValues(listing._output);
+    EXPECT_EQ(listed.at("icon"), Enumerators(ReadText(run.Folder() / "Icons.h")));
+    EXPECT_EQ(listed.at("screen"), Enumerators(ReadText(run.Folder() / "Screens.h")));
+    EXPECT_EQ(listed.at("icon").size(), 12u);
+    EXPECT_EQ(listed.at("screen").size(), 3u);
+
+    // packager's summary counts the same sectors and bytes as the listing's store line.
+    std::smatch summary;
+    ASSERT_TRUE(std::regex_search(run.Packager()._output, summary,
+                                  std::regex(R"(^1\.2\.3\.4, 12 icons at sector 12, 3 screens, (\d+) sectors, (\d+) bytes)")));
+    EXPECT_THAT(listing._output, HasSubstr("store         " + summary[1].str() + " of 256 sectors used ("
+                                           + summary[2].str() + " bytes)"));
+    EXPECT_THAT(listing._output, HasSubstr("version       1.2.3.4\n"));
+}
+
+TEST(EndToEndTest, RenderDrawsTheDecodedLevels)
+{
+    ExampleRun const run;
+    auto const result = run.Inspect("render oled.pack -o sheet.png");
+    ASSERT_EQ(result._status, 0) << result._output;
+    QImage const image(QString::fromStdString((run.Folder() / "sheet.png").string()));
+    ASSERT_FALSE(image.isNull());
+
+    auto const bytes = ReadFile(run.Pack());
+    PackFile const pack(bytes);
+    auto const sheet = ContactSheet::Lay(pack, PackLayout::Compute(pack.Header(), ImageGeometry(32, 24), ImageGeometry(256, 64)));
+    ASSERT_EQ(sheet.Cells().size(), 15u);
+    for (auto const& cell : sheet.Cells()) {
+        auto const& geometry = cell._image._geometry;
+        int mismatches = 0;
+        for (uint32_t y = 0; y < geometry.Height(); ++y)
+            for (uint32_t x = 0; x < geometry.Width(); ++x) {
+                uint8_t const byte = bytes[cell._image.FileOffset() + y * geometry.Stride() + x / 2];
+                int const grey = 17 * (x % 2 == 0 ? byte >> 4 : byte & 0x0F);
+                // Check the middle of each 4 x 4 block.
+                QRgb const shown = image.pixel(cell._pixels.left() + static_cast<int>(x) * 4 + 2,
+                                               cell._pixels.top() + static_cast<int>(y) * 4 + 1);
+                mismatches += shown != qRgb(grey, grey, grey);
+            }
+        EXPECT_EQ(mismatches, 0) << cell._image._name;
+    }
+}
+
+TEST(EndToEndTest, CheckPassesTheExamples)
+{
+    ExampleRun const run;
+    auto const result = run.Inspect("check");
+    EXPECT_EQ(result._status, 0) << result._output;
+    EXPECT_THAT(result._output, HasSubstr("packager would print:\n  0.6.0.0, 12 icons at sector 12, 3 screens"));
+    EXPECT_THAT(result._output, testing::EndsWith("result: 0 failures, 0 warnings\n"));
+}
+
+TEST(EndToEndTest, CheckLogsFailuresToStandardError)
+{
+    ExampleRun const run;
+    WriteText(run.Folder() / "bmp/icons/list.txt", "Play\nNowhere\n");
+    auto const result = PackInspectTest::Run(run.Folder(), "('" + PackinspectPath() + "' check bmp 2>err.txt)");
+    EXPECT_EQ(result._status, 1);
+    EXPECT_THAT(result._output, HasSubstr("FAIL icon index 3, name Nowhere, file bmp/icons/Nowhere.bmp: "));
+    EXPECT_THAT(ReadText(run.Folder() / "err.txt"), StartsWith("packinspect [20] '"));
+}
