@@ -69,7 +69,7 @@ void InputSequence::AddItem(std::string const& name)
     _items.push_back(name);
 }
 
-void InputSequence::AddList(std::string const& listPath)
+void InputSequence::AddList(string const& listPath)
 {
     std::ifstream stream(listPath);
     if (!stream.is_open()) {

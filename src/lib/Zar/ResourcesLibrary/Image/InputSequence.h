@@ -22,6 +22,10 @@ public:
     // Its result is ignored: the walk always covers the whole list.
     using Callback = std::function<bool(int index, std::string_view const& name, MutableImage& image)>;
 
+    // AddList names its parameter type through this alias, so that the function text carried by
+    // its exceptions reads "AddList(const string&)", the text that readers of failure logs know.
+    using string = std::string;
+
     // A list line keeps at most this many characters; the rest of a longer line is dropped.
     static constexpr size_t MaxLineLength = 255;
 
@@ -33,7 +37,7 @@ public:
 
     bool CheckInput() const;
     void AddItem(std::string const& name);
-    void AddList(std::string const& listPath);
+    void AddList(string const& listPath);
     void LoadAll(Callback const& callback, int start);
     std::string GetFilePath(int index, std::string const& name) const;
     MutableImage Read(int index);
