@@ -44,8 +44,9 @@ void MutableImage::Copy(void const* source, ImageInfo const& sourceInfo)
     uint32_t const sourceBytes = sourceInfo.GetBytes(sourceInfo.Width());
     std::size_t const rowBytes = std::min(ownBytes, sourceBytes);
     CheckRowFits(ownBytes);
-    if (rowBytes == 0)
+    if (rows <= 0 || rowBytes == 0)
         return;
+    ZAR_PRECONDITION(source != nullptr);
     auto const* from = static_cast<uint8_t const*>(source);
     for (int32_t row = 0; row < rows; ++row) {
         std::memcpy(_buffer.data() + static_cast<std::size_t>(row) * _info.Stride(),

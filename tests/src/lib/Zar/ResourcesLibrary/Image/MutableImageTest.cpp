@@ -177,6 +177,16 @@ TEST(MutableImageTest, CopyWithNegativeWidthsThrows)
         ThrowsMessage<PreCondition>(StrEq("PreCondition x >= 0")));
 }
 
+TEST(MutableImageTest, CopyFromNoPixelsThrowsUnlessThereIsNothingToCopy)
+{
+    MutableImage image(MakeInfo(ImageFormat::Gray4, 8, 2));
+    EXPECT_THAT([&] { image.Copy(nullptr, MakeInfo(ImageFormat::Gray4, 8, 2)); },
+        ThrowsMessage<PreCondition>(StrEq("PreCondition source != nullptr")));
+    EXPECT_NO_THROW(image.Copy(nullptr, MakeInfo(ImageFormat::Gray4, 8, 0)));
+    EXPECT_NO_THROW(image.Copy(nullptr, MakeInfo(ImageFormat::Gray4, 0, 2)));
+    EXPECT_THAT(image.Buffer(), Each(0));
+}
+
 TEST(MutableImageTest, CopyRefusesRowsLongerThanTheOwnStride)
 {
     auto const source = Numbered(MakeInfo(ImageFormat::Gray4, 16, 1));
