@@ -17,9 +17,10 @@ public:
     {
     }
 
-    // Bytes of x pixels of this format, without row padding. Requires x >= 0.
+    // Bytes of x pixels of this format, without row padding. Requires x >= 0 and a count that fits
+    // 32 bits.
     uint32_t GetBytes(int x) const;
-    // stride * height.
+    // stride * height. Requires height >= 0 and a product that fits 32 bits.
     uint32_t GetSize() const;
     int32_t Width() const noexcept { return _width; }
     int32_t Height() const noexcept { return _height; }
@@ -28,6 +29,8 @@ public:
     bool IsBottomUp() const noexcept { return _bottomUp != 0; }
 
     // The row length every producer uses: the row's bits rounded up to bytes, then to 4 bytes.
+    // Counted in 64 bits, so any int32_t width is safe: a negative width throws the GetBytes
+    // precondition, and a row too long for a 32-bit stride throws PreCondition too.
     static uint32_t StrideOf(int32_t width, ImageFormat format);
 
     int32_t _width = 0;

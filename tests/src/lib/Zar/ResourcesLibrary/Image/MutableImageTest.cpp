@@ -14,7 +14,6 @@ namespace {
 
 using testing::Each;
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 using testing::StrEq;
 using testing::ThrowsMessage;
 using Zar::Lt::Exceptions::PreCondition;
