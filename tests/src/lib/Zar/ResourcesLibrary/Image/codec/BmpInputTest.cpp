@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstdlib>
 #include <filesystem>
@@ -657,6 +658,131 @@ TEST(BmpInputTest, RandomlyDamagedFilesLoadOrFailCleanly)
         }
     }
     EXPECT_GT(loaded, 0);
+}
+
+// ---- files written by real programs ------------------------------------------------------------
+
+// tests/data/make-real-bmps draws two 16 x 8 pictures with ImageMagick, PIL and netpbm; these are
+// the 4-bit levels they must load as, whatever the palette order.
+enum class Picture
+{
+    Mono,
+    Grey,
+};
+
+std::vector<uint8_t> ExpectedPixels(Picture picture)
+{
+    std::vector<uint8_t> pixels;
+    for (int y = 0; y < 8; ++y) {
+        for (int x = 0; x < 16; x += 2) {
+            auto level = [&](int column) {
+                if (picture == Picture::Mono)
+                    return (column * y + column + y) % 3 == 0 ? 0 : 15;
+                return (column + 2 * y) % 16;
+            };
+            pixels.push_back(static_cast<uint8_t>(level(x) << 4 | level(x + 1)));
+        }
+    }
+    return pixels;
+}
+
+struct RealFile
+{
+    char const* name;
+    Picture picture;
+    char const* refusal; // nullptr when the file loads
+};
+
+std::string const NotSupportedSuffix = " format not supported (only bmp mono & grayscale 16 colors without compression)";
+
+std::vector<RealFile> const RealFiles = {
+    { "imagemagick-1bit.bmp", Picture::Mono, nullptr },
+    { "imagemagick-1bit-v4header.bmp", Picture::Mono, nullptr },
+    { "imagemagick-4bit-grey.bmp", Picture::Grey, nullptr },
+    { "imagemagick-4bit-grey-v5header.bmp", Picture::Grey, nullptr },
+    { "pil-1bit.bmp", Picture::Mono, nullptr },
+    { "netpbm-1bit-black-first-sizeimage-filled.bmp", Picture::Mono, nullptr },
+    { "netpbm-1bit-white-first-sizeimage-filled.bmp", Picture::Mono, nullptr },
+    { "netpbm-4bit-grey-ascending-sizeimage-filled.bmp", Picture::Grey, nullptr },
+    { "netpbm-4bit-grey-descending-sizeimage-filled.bmp", Picture::Grey, nullptr },
+    // netpbm leaves the image size 0.
+    { "netpbm-1bit.bmp", Picture::Mono, "Bmp invalid image size 0/32" },
+    { "netpbm-1bit-black-first.bmp", Picture::Mono, "Bmp invalid image size 0/32" },
+    { "netpbm-1bit-white-first.bmp", Picture::Mono, "Bmp invalid image size 0/32" },
+    { "netpbm-4bit-grey-ascending.bmp", Picture::Grey, "Bmp invalid image size 0/64" },
+    { "netpbm-4bit-grey-descending.bmp", Picture::Grey, "Bmp invalid image size 0/64" },
+    { "netpbm-4bit-found-order.bmp", Picture::Grey, "Bmp invalid image size 0/64" },
+    // Other depths.
+    { "imagemagick-1bit-source-as-24bit.bmp", Picture::Mono, "Rgb24 format not supported" },
+    { "imagemagick-24bit.bmp", Picture::Grey, "Rgb24 format not supported" },
+    { "netpbm-24bit.bmp", Picture::Grey, "Rgb24 format not supported" },
+    { "pil-24bit.bmp", Picture::Grey, "Rgb24 format not supported" },
+    { "pil-32bit.bmp", Picture::Grey, "Rgba format not supported" },
+    { "netpbm-8bit.bmp", Picture::Grey, "Gray8 format not supported" },
+    { "pil-8bit-grey.bmp", Picture::Grey, "Gray8 format not supported" },
+    { "pil-8bit-palette.bmp", Picture::Grey, "Gray8 format not supported" },
+    // Run lengths and bit fields.
+    { "imagemagick-1bit-rle8.bmp", Picture::Mono, "Bmp invalid compression 1" },
+    { "imagemagick-4bit-grey-rle8.bmp", Picture::Grey, "Bmp invalid compression 1" },
+    { "imagemagick-16bit-rgb555.bmp", Picture::Grey, "Bmp invalid compression 3" },
+    { "imagemagick-16bit-rgb565.bmp", Picture::Grey, "Bmp invalid compression 3" },
+    { "imagemagick-32bit-v5header.bmp", Picture::Grey, "Bmp invalid compression 3" },
+    // OS/2 files have a 12-byte info header: a short block, or one read as the wrong fields
+    // (here the palette lands in biClrUsed).
+    { "imagemagick-os2-24bit.bmp", Picture::Grey, "Bmp file header too small 12" },
+    { "netpbm-os2-1bit.bmp", Picture::Mono, "Bmp file header too small 18" },
+    { "imagemagick-os2-4bit-grey.bmp", Picture::Grey, "Bmp invalid color count 2004318054" },
+    { "netpbm-os2-4bit-grey.bmp", Picture::Grey, "Bmp invalid color count 2004318054" },
+};
+
+std::string RealFolder()
+{
+    return std::string(PACKAGER_SOURCE_DIR) + "/tests/data/bmp/real/";
+}
+
+std::string FullRefusal(char const* refusal)
+{
+    std::string text = refusal;
+    std::string const suffix = " format not supported";
+    if (text.size() >= suffix.size() && text.compare(text.size() - suffix.size(), suffix.size(), suffix) == 0)
+        return text.substr(0, text.size() - suffix.size()) + NotSupportedSuffix;
+    return text;
+}
+
+TEST(BmpInputTest, FilesWrittenByRealProgramsLoadOrAreRefusedAsExpected)
+{
+    for (RealFile const& file : RealFiles) {
+        SCOPED_TRACE(file.name);
+        std::string const path = RealFolder() + file.name;
+        ASSERT_TRUE(std::filesystem::exists(path));
+        if (file.refusal != nullptr) {
+            EXPECT_THAT([&] { MakeLoader().Load(path); },
+                ThrowsMessage<ResourcesLibraryException>(StrEq(FullRefusal(file.refusal))));
+            continue;
+        }
+        MutableImage const image = MakeLoader().Load(path);
+        EXPECT_EQ(16, image.Info().Width());
+        EXPECT_EQ(8, image.Info().Height());
+        EXPECT_EQ(8u, image.Info().Stride());
+        EXPECT_EQ(ImageFormat::Gray4, image.Info().Format());
+        EXPECT_TRUE(image.Info().IsBottomUp());
+        EXPECT_EQ(ExpectedPixels(file.picture), image.Buffer());
+    }
+}
+
+TEST(BmpInputTest, EveryFileWrittenByRealProgramsHasAnExpectation)
+{
+    size_t count = 0;
+    for (auto const& entry : std::filesystem::directory_iterator(RealFolder())) {
+        std::string const name = entry.path().filename().string();
+        if (entry.path().extension() != ".bmp")
+            continue;
+        ++count;
+        bool const listed = std::any_of(RealFiles.begin(), RealFiles.end(),
+            [&](RealFile const& file) { return name == file.name; });
+        EXPECT_TRUE(listed) << name;
+    }
+    EXPECT_EQ(RealFiles.size(), count);
 }
 
 } // namespace
