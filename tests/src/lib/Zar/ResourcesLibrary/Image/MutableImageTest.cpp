@@ -279,6 +279,14 @@ TEST(MutableImageTest, NegativeOfNegativeWidthThrows)
     EXPECT_THAT([&] { image.ImplaceNegative(); }, ThrowsMessage<PreCondition>(StrEq("PreCondition x >= 0")));
 }
 
+TEST(MutableImageTest, NegativeRefusesRowsLongerThanTheStride)
+{
+    MutableImage image(MakeInfo(ImageFormat::Gray4, 8, 2));
+    image.Info()._width = 9;
+    EXPECT_THAT([&] { image.ImplaceNegative(); },
+        ThrowsMessage<PreCondition>(StrEq("PreCondition rowBytes <= _info.Stride()")));
+}
+
 TEST(MutableImageTest, NegativeOfNoRowsChangesNothing)
 {
     MutableImage image(MakeInfo(ImageFormat::Gray4, 3, 0));
