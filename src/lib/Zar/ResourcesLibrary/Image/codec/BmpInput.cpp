@@ -231,9 +231,10 @@ MutableImage BmpInput::ReadData(std::istream& stream, std::vector<uint8_t> const
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
             "Cannot read image data " + std::to_string(data.size()) + "/" + std::to_string(dataSize));
     uint64_t const imageSize = uint64_t { info.Stride() } * height;
-    if (imageSize > MaxImageSize)
+    uint64_t const imageSizeLimit = 4 * dataSize + ImageSizeAllowance;
+    if (imageSize > imageSizeLimit)
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
-            "Bmp image too large " + std::to_string(imageSize) + "/" + std::to_string(MaxImageSize));
+            "Bmp image too large " + std::to_string(imageSize) + "/" + std::to_string(imageSizeLimit));
 
     MutableImage image(info, std::vector<uint8_t>(static_cast<size_t>(imageSize), 0));
     bool const startsWithWhite = PaletteStartsWithWhite(block, header.biSize);
@@ -242,7 +243,8 @@ MutableImage BmpInput::ReadData(std::istream& stream, std::vector<uint8_t> const
         // one after another: they match the image lines only where both strides agree. The
         // source stride never exceeds the image stride, so the data always fits the buffer.
         uint8_t* pixels = image.GetLine(0);
-        std::memcpy(pixels, data.data(), static_cast<size_t>(std::min<uint64_t>(data.size(), imageSize)));
+        if (!data.empty())
+            std::memcpy(pixels, data.data(), static_cast<size_t>(std::min<uint64_t>(data.size(), imageSize)));
         if (startsWithWhite)
             image.ImplaceNegative();
         if (info.IsBottomUp())

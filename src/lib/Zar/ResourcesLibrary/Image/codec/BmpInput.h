@@ -53,10 +53,11 @@ class BmpInput : public Zar::ResourcesLibrary::Image::Input
 public:
     using Input::Input;
 
-    // A decoded image larger than this is refused before it is allocated. Files of few bytes can
-    // declare huge images (a narrow image has lines of zero source bytes), and a display resource
-    // never comes near this size.
-    static constexpr uint64_t MaxImageSize = uint64_t { 1 } << 28;
+    // A decoded image may take four bytes for every byte of pixel data the file holds (what the
+    // 1-bit conversion makes of it) plus this much. Narrow lines hold no source bytes at all (the
+    // source stride rounds down), so without the bound a file of a hundred bytes could declare an
+    // image of gigabytes; a display resource never comes near it.
+    static constexpr uint64_t ImageSizeAllowance = uint64_t { 16 } << 20;
 
     size_t GetHeaderSize() const override;
     Zar::ResourcesLibrary::Image::ImageInfo ReadHeader(std::istream& stream) override;

@@ -489,14 +489,39 @@ TEST(BmpInputTest, TheLowestHeightHasNoPositiveCounterpartAndIsRefused)
     ExpectRefused(bmp, "Bmp invalid height -2147483648");
 }
 
-TEST(BmpInputTest, AnImageTooLargeToDecodeIsRefusedBeforeAllocating)
+TEST(BmpInputTest, AnImageTooLargeForItsPixelDataIsRefusedBeforeAllocating)
 {
     // Lines of a 1-pixel image hold no source bytes, so the file is tiny, but the decoded image
-    // would take 4 bytes per line.
+    // would take 4 bytes per line: beyond the fixed allowance of 16 MiB.
     BmpWriter bmp = BmpWriter::Mono(1, {}, BmpWriter::BlackFirst);
-    bmp.height = 1 << 30;
+    bmp.height = (1 << 22) + 1;
     bmp.sizeImage = 0;
-    ExpectRefused(bmp, "Bmp image too large 4294967296/268435456");
+    ExpectRefused(bmp, "Bmp image too large 16777220/16777216");
+    bmp.height = 1 << 22;
+    MutableImage const image = LoadBmp(bmp);
+    EXPECT_EQ(16777216u, image.Buffer().size());
+}
+
+TEST(BmpInputTest, AnImageMayTakeFourBytesPerByteOfPixelDataBeyondTheAllowance)
+{
+    // Width 32 at 1 bit: 4 source bytes per line become 16 image bytes. The image is larger than
+    // the fixed allowance, and the file backs it.
+    int const lines = (1 << 20) + 16;
+    BmpWriter bmp = BmpWriter::Mono(32, {}, BmpWriter::BlackFirst, true);
+    bmp.height = -lines;
+    bmp.sizeImage = 4 * lines;
+    for (int line = 0; line < lines; ++line)
+        bmp.trailer.insert(bmp.trailer.end(), { 0x80, 0, 0, 1 });
+    MutableImage const image = LoadBmp(bmp);
+    EXPECT_EQ(uint64_t { 16 } * lines, image.Buffer().size());
+    EXPECT_THAT(Row(image, 0), ElementsAre(0xF0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0x0F));
+    EXPECT_THAT(Row(image, 65535), ElementsAre(0xF0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0x0F));
+}
+
+TEST(BmpInputTest, ANarrowFourBitImageWithoutSourceBytesIsNegatedOnItsPixelBytesOnly)
+{
+    MutableImage const image = LoadBmp(BmpWriter::Gray4(1, { { 0x70 } }, BmpWriter::WhiteFirst));
+    EXPECT_THAT(image.Buffer(), ElementsAre(0xFF, 0x00, 0x00, 0x00));
 }
 
 TEST(BmpInputTest, ANegativeWidthFailsOnTheByteCount)
