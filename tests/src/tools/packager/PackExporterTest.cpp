@@ -668,6 +668,32 @@ TEST_F(PackExporterTest, AnIconWithoutPixelsGetsAZeroFilledBuffer)
     EXPECT_EQ(expected, Sector(Pack(), 1));
 }
 
+TEST_F(PackExporterTest, TinyIconsAreFramedWithinTheirOwnBytes)
+{
+    PackExporter exporter(Version32(0x00060000), 12);
+    exporter.Open(PackPath());
+    MutableImage twoByTwo = MakeGray4Image(2, 2, 1);
+    MutableImage oneByOne = MakeGray4Image(1, 1, 2);
+    MutableImage threeByOne = MakeGray4Image(3, 1, 3);
+    MutableImage noColumns(Gray4Info(0, 3));
+    exporter.ProcessImage(2, "TwoByTwo", twoByTwo);
+    exporter.ProcessImage(3, "OneByOne", oneByOne);
+    exporter.ProcessImage(4, "ThreeByOne", threeByOne);
+    exporter.ProcessImage(5, "NoColumns", noColumns);
+    EXPECT_EQ("", exporter.Errors());
+    EXPECT_EQ(4, exporter.IconsCount());
+    EXPECT_EQ(8 + 4 + 4, exporter.Offset());
+    CloseCapturing(exporter);
+
+    std::vector<uint8_t> const pack = Pack();
+    ASSERT_EQ(2 * kSector, pack.size());
+    std::vector<uint8_t> expected = Framed(MakeGray4Image(2, 2, 1));
+    Append(expected, Framed(MakeGray4Image(1, 1, 2)));
+    Append(expected, Framed(MakeGray4Image(3, 1, 3)));
+    EXPECT_EQ(0x33, expected[0]);
+    EXPECT_EQ(expected, std::vector<uint8_t>(pack.begin() + kSector, pack.begin() + kSector + 16));
+}
+
 TEST_F(PackExporterTest, AnImageWithoutRowsFailsAndLeavesNoTrace)
 {
     PackExporter exporter(Version32(0x00060000), 12);

@@ -204,6 +204,12 @@ TEST_F(PackagerWithResourcesTest, ANegativeSectorIsStoredInSixteenBits)
     EXPECT_EQ(0xFFFBu, Header().firstSector);
 }
 
+TEST_F(PackagerWithResourcesTest, ASectorBeyondIntKeepsItsLow32Bits)
+{
+    EXPECT_THAT(Summary({ "sector", "4294967308" }), HasSubstr(" icons at sector 12, "));
+    EXPECT_THAT(Summary({ "sector", "99999999999999999999999" }), HasSubstr(" icons at sector 65535, "));
+}
+
 TEST_F(PackagerWithResourcesTest, TheLastOfRepeatedOptionsWins)
 {
     EXPECT_THAT(Summary({ "sector", "20", "sector", "30" }), HasSubstr(" icons at sector 30, "));
