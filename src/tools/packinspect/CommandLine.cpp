@@ -288,8 +288,8 @@ char const* CommandLine::RenderHelp()
            "      --screen=WxH    screen size in pixels (default 256x64)\n"
            "  -h, --help          show this help and exit\n"
            "\n"
-           "Text is drawn with Qt on its \"offscreen\" platform unless QT_QPA_PLATFORM says\n"
-           "otherwise, so no display is needed.\n"
+           "Text is drawn with Qt on its \"minimal\" platform with fonts enabled unless\n"
+           "QT_QPA_PLATFORM says otherwise, so no display is needed.\n"
            "\n"
            "Exit status: 0 if every image was drawn, 1 if PACK is not a pack or images lie\n"
            "past its end, 2 if the command line is wrong or a file cannot be read or written.\n";
