@@ -326,7 +326,7 @@ void TreeChecker::Print(std::ostream& out) const
     for (auto const& finding : _findings)
         out << (finding._failure ? "FAIL " : "WARN ") << finding._text << '\n';
     if (!_packagerOutput.empty()) {
-        out << "packager would print:\n";
+        out << "packing every image that loads prints:\n";
         std::istringstream lines(_packagerOutput);
         for (std::string line; std::getline(lines, line);)
             out << "  " << line << '\n';

@@ -36,7 +36,8 @@ public:
     void Run();
 
     std::vector<Finding> const& Findings() const { return _findings; }
-    // What the packager prints on standard output for this tree: the summary and the "crc:" lines.
+    // What packing every image that loads prints on standard output: the summary and the "crc:" lines,
+    // as packager prints them when no icon fails to load.
     std::string const& PackagerOutput() const { return _packagerOutput; }
     std::size_t FailureCount() const;
     void Print(std::ostream& out) const;

@@ -445,7 +445,7 @@ TEST(EndToEndTest, CheckPassesTheExamples)
     ExampleRun const run;
     auto const result = run.Inspect("check");
     EXPECT_EQ(result._status, 0) << result._output;
-    EXPECT_THAT(result._output, HasSubstr("packager would print:\n  0.6.0.0, 12 icons at sector 12, 3 screens"));
+    EXPECT_THAT(result._output, HasSubstr("packing every image that loads prints:\n  0.6.0.0, 12 icons at sector 12, 3 screens"));
     EXPECT_THAT(result._output, testing::EndsWith("result: 0 failures, 0 warnings\n"));
 }
 

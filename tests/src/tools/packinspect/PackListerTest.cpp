@@ -95,3 +95,18 @@ TEST(PackListerTest, ALyingCountEndsTheTable)
     EXPECT_THAT(listing._text,
                 testing::HasSubstr("(the header counts more images than a pack can hold; the list stops here)\n"));
 }
+
+TEST(PackListerTest, HostileHeadersStayBounded)
+{
+    std::size_t const fields[] = { 12, 16, 20, 536, 540 };
+    uint32_t const values[] = { 0, 1, 247, 256, 0xFFFF, 0x10000, 0xFFFFFFFF };
+    auto const good = BuildPack(WorkedExample());
+    for (std::size_t field : fields)
+        for (uint32_t value : values) {
+            auto bytes = good;
+            PutU32(bytes, field, value);
+            auto const listing = List(bytes, ImageGeometry(1, 1));
+            // At most one line per image a whole store of the smallest icons can hold.
+            EXPECT_LT(std::count(listing._text.begin(), listing._text.end(), '\n'), 270000) << field << " " << value;
+        }
+}

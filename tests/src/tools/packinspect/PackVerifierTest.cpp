@@ -244,3 +244,21 @@ TEST(PackVerifierTest, ALyingIconCountStaysBounded)
     EXPECT_LE(report._sectors.size(), 4u + 256u + 2u);
     EXPECT_THAT(report._problems, Contains("the header maps 429496730 icon and 2 screen sectors, the file holds 4"));
 }
+
+TEST(PackVerifierTest, HostileHeadersGiveProblemsNotCrashes)
+{
+    // Every header field set to values a damaged or forged file may hold, alone and in pairs.
+    std::size_t const fields[] = { 12, 16, 20, 536, 540 };
+    uint32_t const values[] = { 0, 1, 246, 247, 255, 256, 0xFFFF, 0x10000, 0x7FFFFFFF, 0xFFFFFFFF };
+    auto const good = BuildPack(WorkedExample());
+    for (std::size_t first : fields)
+        for (std::size_t second : fields)
+            for (uint32_t value : values) {
+                auto bytes = good;
+                PutU32(bytes, first, value);
+                PutU32(bytes, second, value ^ 0x5A5A);
+                auto const report = Verify(bytes);
+                EXPECT_GT(report.ProblemCount(), 0u) << first << " " << second << " " << value;
+                EXPECT_LE(report._sectors.size(), 4u + 2u * 256u);
+            }
+}

@@ -100,7 +100,7 @@ TEST(TreeCheckerTest, ASoundTreePasses)
     EXPECT_TRUE(outcome._warnings.empty()) << outcome._printed;
     EXPECT_THAT(outcome._packagerOutput,
                 testing::StartsWith("0.6.0.0, 2 icons at sector 12, 1 screens, 4 sectors, 16384 bytes\ncrc:"));
-    EXPECT_THAT(outcome._printed, HasSubstr("packager would print:\n  0.6.0.0, 2 icons at sector 12"));
+    EXPECT_THAT(outcome._printed, HasSubstr("packing every image that loads prints:\n  0.6.0.0, 2 icons at sector 12"));
     EXPECT_THAT(outcome._printed, testing::EndsWith("result: 0 failures, 0 warnings\n"));
     EXPECT_TRUE(outcome._logged.empty());
 }
