@@ -640,6 +640,13 @@ TEST(BmpInputTest, ReadDataReadsThePixelsBehindTheBlock)
     EXPECT_THAT(Row(image, 0), ElementsAre(0x00, 0x00, 0x00, 0x00, 0xFF, 0xFF, 0xFF, 0xFF));
 }
 
+TEST(BmpInputTest, ReadDataNeedsAWholeInfoHeaderInTheBlock)
+{
+    std::istringstream stream("pixels");
+    EXPECT_THAT([&] { MakeLoader().ReadData(stream, Bytes(39, 0), ImageFormat::Unknown); },
+        ThrowsMessage<PreCondition>(StrEq("PreCondition block.size() >= sizeof(BITMAPINFOHEADER)")));
+}
+
 TEST(BmpInputTest, StreamReadIsThePlainLoop)
 {
     std::istringstream stream("0123456789");
