@@ -18,10 +18,7 @@ uint32_t U32(uint8_t const* p)
         | static_cast<uint32_t>(p[3]) << 24;
 }
 
-uint16_t U16(uint8_t const* p)
-{
-    return static_cast<uint16_t>(p[0] | p[1] << 8);
-}
+uint16_t U16(uint8_t const* p) { return static_cast<uint16_t>(p[0] | p[1] << 8); }
 
 bool ReadAt(std::ifstream& stream, uint64_t offset, uint8_t* into, std::size_t size)
 {
@@ -45,16 +42,14 @@ bool MatchesRamp(std::array<uint8_t, Entries * 4> const& palette, bool descendin
 
 } // namespace
 
-int BmpPalette::NearestLevel(int grey)
-{
-    return (grey + 8) / 17;
-}
+int BmpPalette::NearestLevel(int grey) { return (grey + 8) / 17; }
 
 BmpPalette::Kind BmpPalette::Classify(std::string const& path)
 {
     std::ifstream stream(path, std::ios::binary);
     std::array<uint8_t, FileHeaderSize + InfoHeaderSize> headers {};
-    if (!stream || !ReadAt(stream, 0, headers.data(), headers.size()) || headers[0] != 'B' || headers[1] != 'M')
+    if (!stream || !ReadAt(stream, 0, headers.data(), headers.size()) || headers[0] != 'B'
+        || headers[1] != 'M')
         return Kind::NotFourBit;
     uint8_t const* info = headers.data() + FileHeaderSize;
     uint32_t const dataOffset = U32(headers.data() + 10);
@@ -66,7 +61,8 @@ BmpPalette::Kind BmpPalette::Classify(std::string const& path)
     // All 16 entries must lie inside the header block, before the pixel data.
     uint64_t const paletteOffset = FileHeaderSize + static_cast<uint64_t>(infoSize);
     std::array<uint8_t, Entries * 4> palette {};
-    if (paletteOffset + palette.size() > dataOffset || !ReadAt(stream, paletteOffset, palette.data(), palette.size()))
+    if (paletteOffset + palette.size() > dataOffset
+        || !ReadAt(stream, paletteOffset, palette.data(), palette.size()))
         return Kind::Other;
     bool const startsWhite = palette[0] == 0xFF && palette[1] == 0xFF && palette[2] == 0xFF;
     if (startsWhite)

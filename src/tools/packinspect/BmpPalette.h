@@ -8,11 +8,9 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 // takes each 4-bit index as the grey level itself, negated when palette entry 0 is white; only a
 // palette that is the ascending ramp (index k shows level k) or, starting with white, the
 // descending ramp (index k shows level 15 - k) keeps the picture's greys.
-class BmpPalette
-{
+class BmpPalette {
 public:
-    enum class Kind
-    {
+    enum class Kind {
         // Not a 4-bit BMP, or not a BMP this check can read; the loader speaks for those.
         NotFourBit,
         Ascending,

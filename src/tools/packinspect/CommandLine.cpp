@@ -31,6 +31,16 @@ std::string VersionLine(Zar::Lt::Core::Version32 version)
         + std::to_string(version.Patch()) + "." + std::to_string(version.Build());
 }
 
+// A whole decimal number from 0 up that fits the packager's int.
+std::optional<int32_t> ParseSector(std::string const& text)
+{
+    int32_t sector = 0;
+    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), sector);
+    if (text.empty() || error != std::errc() || end != text.data() + text.size() || sector < 0)
+        return std::nullopt;
+    return sector;
+}
+
 } // namespace
 
 CommandLine::CommandLine(std::ostream& out, std::ostream& err)
@@ -153,21 +163,21 @@ int CommandLine::Check(std::vector<std::string> const& arguments)
         return UsageError("check", "one bmp folder at most");
     std::string const root = parser.Operands().empty() ? "bmp/" : parser.Operands()[0];
     std::string const sectorText = parser.Value("sector").value_or("12");
-    int32_t sector = 0;
-    auto const [end, error] = std::from_chars(sectorText.data(), sectorText.data() + sectorText.size(), sector);
-    if (sectorText.empty() || error != std::errc() || end != sectorText.data() + sectorText.size() || sector < 0)
+    auto const sector = ParseSector(sectorText);
+    if (!sector)
         return UsageError("check", "the sector '" + sectorText + "' is not a number from 0 up");
 
     // The registry is process-wide, so its logger writes to the process's standard error.
     zar::logging::LoggingManager::SetFactory(std::make_unique<StreamLoggerFactory>(std::cerr));
-    TreeChecker checker(root, sector, zar::logging::LoggingManager::GetLoggerPtr("packinspect"), parser.Has("verbose"));
+    TreeChecker checker(
+        root, *sector, zar::logging::LoggingManager::GetLoggerPtr("packinspect"), parser.Has("verbose"));
     checker.Run();
     checker.Print(_out);
     return checker.FailureCount() == 0 ? Fine : ProblemsFound;
 }
 
-bool CommandLine::ParseOptions(std::string const& command, OptionParser& parser,
-                               std::vector<std::string> const& arguments)
+bool CommandLine::ParseOptions(
+    std::string const& command, OptionParser& parser, std::vector<std::string> const& arguments)
 {
     if (parser.Parse(arguments))
         return true;
@@ -175,26 +185,30 @@ bool CommandLine::ParseOptions(std::string const& command, OptionParser& parser,
     return false;
 }
 
-bool CommandLine::ParseGeometries(std::string const& command, OptionParser const& parser, ImageGeometry& icon,
-                                  ImageGeometry& screen)
+bool CommandLine::ParseGeometries(
+    std::string const& command, OptionParser const& parser, ImageGeometry& icon, ImageGeometry& screen)
 {
     std::string const iconText = parser.Value("icon").value_or(DefaultIcon);
     std::string const screenText = parser.Value("screen").value_or(DefaultScreen);
     auto const parsedIcon = ImageGeometry::Parse(iconText);
     auto const parsedScreen = ImageGeometry::Parse(screenText);
     if (!parsedIcon || !parsedScreen) {
-        UsageError(command, "a size is WxH, two numbers from 1 to 65535: '" + (parsedIcon ? screenText : iconText)
-                                + "' is not");
+        UsageError(command,
+            "a size is WxH, two numbers from 1 to 65535: '" + (parsedIcon ? screenText : iconText)
+                + "' is not");
         return false;
     }
     if (parsedIcon->Size() >= PackFormat::ScreenThreshold) {
-        UsageError(command, "an icon of " + iconText + " takes " + std::to_string(parsedIcon->Size())
-                                + " bytes; icons are below 4096 bytes");
+        UsageError(command,
+            "an icon of " + iconText + " takes " + std::to_string(parsedIcon->Size())
+                + " bytes; icons are below 4096 bytes");
         return false;
     }
-    if (parsedScreen->Size() < PackFormat::ScreenThreshold || parsedScreen->Size() > PackFormat::MaxFileSize) {
-        UsageError(command, "a screen of " + screenText + " takes " + std::to_string(parsedScreen->Size())
-                                + " bytes; screens take from 4096 bytes to the whole store");
+    if (parsedScreen->Size() < PackFormat::ScreenThreshold
+        || parsedScreen->Size() > PackFormat::MaxFileSize) {
+        UsageError(command,
+            "a screen of " + screenText + " takes " + std::to_string(parsedScreen->Size())
+                + " bytes; screens take from 4096 bytes to the whole store");
         return false;
     }
     icon = *parsedIcon;
@@ -205,7 +219,8 @@ bool CommandLine::ParseGeometries(std::string const& command, OptionParser const
 std::optional<std::string> CommandLine::SinglePack(std::string const& command, OptionParser const& parser)
 {
     if (parser.Operands().size() != 1) {
-        UsageError(command, parser.Operands().empty() ? "the pack file is missing" : "one pack file at a time");
+        UsageError(
+            command, parser.Operands().empty() ? "the pack file is missing" : "one pack file at a time");
         return std::nullopt;
     }
     return parser.Operands()[0];

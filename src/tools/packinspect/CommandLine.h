@@ -12,8 +12,7 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 
 // The packinspect command line: picks the subcommand, parses its options and runs it. Exit codes:
 // 0 all is well, 1 problems were found, 2 the command line was wrong or a file could not be read.
-class CommandLine
-{
+class CommandLine {
 public:
     static constexpr int Fine = 0;
     static constexpr int ProblemsFound = 1;
@@ -37,9 +36,10 @@ private:
     int Check(std::vector<std::string> const& arguments);
 
     // Parses the options; on a usage error writes it and returns false.
-    bool ParseOptions(std::string const& command, OptionParser& parser, std::vector<std::string> const& arguments);
-    bool ParseGeometries(std::string const& command, OptionParser const& parser, ImageGeometry& icon,
-                         ImageGeometry& screen);
+    bool ParseOptions(
+        std::string const& command, OptionParser& parser, std::vector<std::string> const& arguments);
+    bool ParseGeometries(
+        std::string const& command, OptionParser const& parser, ImageGeometry& icon, ImageGeometry& screen);
     std::optional<std::string> SinglePack(std::string const& command, OptionParser const& parser);
     int UsageError(std::string const& command, std::string const& message);
 

@@ -36,9 +36,10 @@ ContactSheet ContactSheet::Lay(PackFile const& pack, PackLayout const& layout)
             y += rowHeight + Margin;
             rowHeight = 0;
         }
-        bool const inFile = pack.Slice(image.FileOffset(), image._geometry.Size()).size() == image._geometry.Size();
+        bool const inFile
+            = pack.Slice(image.FileOffset(), image._geometry.Size()).size() == image._geometry.Size();
         sheet._cells.push_back({ image, QRect(x, y, pixelsWidth, pixelsHeight),
-                                 QRect(x, y + pixelsHeight, cellWidth, LabelHeight), inFile });
+            QRect(x, y + pixelsHeight, cellWidth, LabelHeight), inFile });
         x += cellWidth + Margin;
         rowHeight = std::max(rowHeight, pixelsHeight + LabelHeight);
         previousKind = image._kind;
@@ -58,9 +59,8 @@ QImage ContactSheet::Render(PackFile const& pack, std::string const& title) cons
     // A lying image count must not turn into a huge allocation.
     if (static_cast<int64_t>(_size.width()) * _size.height() > MaxPixels)
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
-                                        "The contact sheet would be " + std::to_string(_size.width()) + "x"
-                                            + std::to_string(_size.height()) + " pixels, more than "
-                                            + std::to_string(MaxPixels));
+            "The contact sheet would be " + std::to_string(_size.width()) + "x"
+                + std::to_string(_size.height()) + " pixels, more than " + std::to_string(MaxPixels));
     GuiSession::Ensure();
     QImage image(_size, QImage::Format_RGB32);
     if (image.isNull())
@@ -79,11 +79,11 @@ QImage ContactSheet::Render(PackFile const& pack, std::string const& title) cons
     painter.setFont(font);
     painter.setPen(QColor(Text));
     QFontMetrics const metrics(font);
-    painter.drawText(QRect(Margin, 0, _size.width() - 2 * Margin, TitleHeight), Qt::AlignLeft | Qt::AlignVCenter,
-                     QString::fromStdString(title));
+    painter.drawText(QRect(Margin, 0, _size.width() - 2 * Margin, TitleHeight),
+        Qt::AlignLeft | Qt::AlignVCenter, QString::fromStdString(title));
     for (auto const& cell : _cells) {
-        QString const name = metrics.elidedText(QString::fromStdString(cell._image._name), Qt::ElideRight,
-                                                cell._label.width());
+        QString const name = metrics.elidedText(
+            QString::fromStdString(cell._image._name), Qt::ElideRight, cell._label.width());
         QString const value = QString("%1 %2").arg(cell._image.KindName()).arg(cell._image._value);
         painter.drawText(cell._label, Qt::AlignLeft | Qt::AlignTop, name + "\n" + value);
     }
@@ -97,8 +97,8 @@ void ContactSheet::DrawPixels(QImage& sheet, Cell const& cell, PackFile const& p
     for (int y = 0; y < cell._pixels.height(); ++y) {
         auto* line = reinterpret_cast<QRgb*>(sheet.scanLine(cell._pixels.top() + y));
         for (int x = 0; x < cell._pixels.width(); ++x)
-            line[cell._pixels.left() + x] = Grey(geometry.Level(data, static_cast<uint32_t>(x / Scale),
-                                                                static_cast<uint32_t>(y / Scale)));
+            line[cell._pixels.left() + x] = Grey(
+                geometry.Level(data, static_cast<uint32_t>(x / Scale), static_cast<uint32_t>(y / Scale)));
     }
 }
 

@@ -15,8 +15,7 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 // One picture of every image of a pack: each drawn at four times its size in the display's grey
 // levels (0 black to 15 white), its name and value written under it, icons flowing in rows and every
 // screen on a row of its own.
-class ContactSheet
-{
+class ContactSheet {
 public:
     static constexpr int Scale = 4;
     static constexpr int Margin = 8;
@@ -29,8 +28,7 @@ public:
     static constexpr QRgb Missing = 0xFFC03030;
     static constexpr int64_t MaxPixels = 64 * 1024 * 1024;
 
-    struct Cell
-    {
+    struct Cell {
         PackLayout::Image _image;
         // Where the scaled pixels go, and the label below them.
         QRect _pixels;

@@ -10,7 +10,8 @@ std::optional<uint32_t> ParseDimension(std::string_view text)
 {
     uint32_t value = 0;
     auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (text.empty() || error != std::errc() || end != text.data() + text.size() || value < 1 || value > 65535)
+    if (text.empty() || error != std::errc() || end != text.data() + text.size() || value < 1
+        || value > 65535)
         return std::nullopt;
     return value;
 }
@@ -40,10 +41,7 @@ std::size_t ImageGeometry::Stride() const
     return ((static_cast<std::size_t>(_width) * 4 + 7) / 8 + 3) & ~std::size_t { 3 };
 }
 
-std::size_t ImageGeometry::Size() const
-{
-    return Stride() * _height;
-}
+std::size_t ImageGeometry::Size() const { return Stride() * _height; }
 
 uint8_t ImageGeometry::Level(uint8_t const* data, uint32_t x, uint32_t y) const
 {
@@ -52,9 +50,6 @@ uint8_t ImageGeometry::Level(uint8_t const* data, uint32_t x, uint32_t y) const
     return x % 2 == 0 ? byte >> 4 : byte & 0x0F;
 }
 
-std::string ImageGeometry::ToString() const
-{
-    return std::to_string(_width) + "x" + std::to_string(_height);
-}
+std::string ImageGeometry::ToString() const { return std::to_string(_width) + "x" + std::to_string(_height); }
 
 } // namespace Zar::ResourcesLibrary::Tools::Inspect

@@ -10,8 +10,7 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 
 // The size of the 4-bit images of a pack. The pack does not record it, so the commands take it from
 // the command line as WxH.
-class ImageGeometry
-{
+class ImageGeometry {
 public:
     // Accepts "WxH" with both numbers from 1 to 65535; anything else gives no geometry.
     static std::optional<ImageGeometry> Parse(std::string_view text);

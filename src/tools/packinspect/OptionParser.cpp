@@ -82,10 +82,7 @@ bool OptionParser::TakeShort(std::vector<std::string> const& arguments, std::siz
     return true;
 }
 
-bool OptionParser::Has(std::string const& name) const
-{
-    return _values.contains(name);
-}
+bool OptionParser::Has(std::string const& name) const { return _values.contains(name); }
 
 std::optional<std::string> OptionParser::Value(std::string const& name) const
 {
@@ -97,14 +94,15 @@ std::optional<std::string> OptionParser::Value(std::string const& name) const
 
 OptionParser::Option const* OptionParser::FindLong(std::string const& name) const
 {
-    auto const found = std::find_if(_options.begin(), _options.end(), [&](Option const& o) { return o._long == name; });
+    auto const found
+        = std::find_if(_options.begin(), _options.end(), [&](Option const& o) { return o._long == name; });
     return found == _options.end() ? nullptr : &*found;
 }
 
 OptionParser::Option const* OptionParser::FindShort(char name) const
 {
-    auto const found = std::find_if(_options.begin(), _options.end(),
-                                    [&](Option const& o) { return o._short != 0 && o._short == name; });
+    auto const found = std::find_if(
+        _options.begin(), _options.end(), [&](Option const& o) { return o._short != 0 && o._short == name; });
     return found == _options.end() ? nullptr : &*found;
 }
 

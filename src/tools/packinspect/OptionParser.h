@@ -10,11 +10,9 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 // GNU-style options of one subcommand: "--name value", "--name=value", "-x value", "-xvalue",
 // switches without a value, and "--" to end the options. Anything not starting with '-' (and a lone
 // "-") is an operand.
-class OptionParser
-{
+class OptionParser {
 public:
-    struct Option
-    {
+    struct Option {
         std::string _long;
         char _short = 0;
         bool _takesValue = false;

@@ -41,10 +41,7 @@ PackHeader const& PackFile::Header() const
     return *_header;
 }
 
-std::size_t PackFile::SectorCount() const
-{
-    return PackFormat::SectorsFor(_bytes.size());
-}
+std::size_t PackFile::SectorCount() const { return PackFormat::SectorsFor(_bytes.size()); }
 
 std::span<uint8_t const> PackFile::Sector(std::size_t index) const
 {

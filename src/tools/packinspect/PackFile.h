@@ -12,8 +12,7 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 
 // The bytes of a pack file, read whole but never more than a pack can hold, and its header when the
 // file is long enough to have one.
-class PackFile
-{
+class PackFile {
 public:
     // Throws ResourcesLibraryException "Cannot open " + path when the file cannot be read.
     static PackFile Load(std::string const& path);

@@ -18,9 +18,6 @@ int64_t PackFormat::FirstIconValue(uint32_t firstSector)
     return (static_cast<int64_t>(firstSector) - 2) * 10;
 }
 
-std::size_t PackFormat::SectorsFor(std::size_t bytes)
-{
-    return (bytes + SectorSize - 1) / SectorSize;
-}
+std::size_t PackFormat::SectorsFor(std::size_t bytes) { return (bytes + SectorSize - 1) / SectorSize; }
 
 } // namespace Zar::ResourcesLibrary::Tools::Inspect

@@ -8,8 +8,7 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 
 // The layout of a pack file as the packager writes it, in one place, so that every command reads the
 // same offsets. Everything in the file is little-endian.
-class PackFormat
-{
+class PackFormat {
 public:
     static constexpr std::size_t SectorSize = 4096;
     // The target store the CRC table describes, and the fixed sector where screens begin in it.

@@ -31,10 +31,7 @@ bool PackHeader::HasMagic() const
     return std::equal(_magic.begin(), _magic.end(), std::begin(PackFormat::Magic));
 }
 
-bool PackHeader::HasKnownFormat() const
-{
-    return _format == PackFormat::FormatWord;
-}
+bool PackHeader::HasKnownFormat() const { return _format == PackFormat::FormatWord; }
 
 uint16_t PackHeader::CrcEntry(uint64_t sector) const
 {
@@ -47,18 +44,18 @@ void PackHeader::ParseNames(std::span<uint8_t const> area)
     std::size_t const used = std::min<std::size_t>(_namesUsed, area.size());
     if (_namesUsed > area.size())
         _nameProblems.push_back("names area claims " + std::to_string(_namesUsed) + " bytes, more than its "
-                                + std::to_string(area.size()));
+            + std::to_string(area.size()));
     std::size_t position = 0;
     for (uint32_t k = 0; k < _namesCount; ++k) {
         if (position >= used) {
             _nameProblems.push_back("names area ends after " + std::to_string(k) + " of "
-                                    + std::to_string(_namesCount) + " names");
+                + std::to_string(_namesCount) + " names");
             break;
         }
         std::size_t const length = area[position];
         if (position + 1 + length > used) {
             _nameProblems.push_back("name " + std::to_string(k) + " of " + std::to_string(length)
-                                    + " bytes runs past the " + std::to_string(used) + " used bytes");
+                + " bytes runs past the " + std::to_string(used) + " used bytes");
             break;
         }
         auto const* text = reinterpret_cast<char const*>(area.data() + position + 1);
@@ -66,11 +63,12 @@ void PackHeader::ParseNames(std::span<uint8_t const> area)
         position += 1 + length;
     }
     if (_names.size() == _namesCount && position != used)
-        _nameProblems.push_back("names area holds " + std::to_string(used - position)
-                                + " bytes after its last name");
-    if (std::any_of(area.begin() + static_cast<std::ptrdiff_t>(used), area.end(), [](uint8_t b) { return b != 0; }))
-        _nameProblems.push_back("names area holds non-zero bytes after its " + std::to_string(used)
-                                + " used bytes");
+        _nameProblems.push_back(
+            "names area holds " + std::to_string(used - position) + " bytes after its last name");
+    if (std::any_of(
+            area.begin() + static_cast<std::ptrdiff_t>(used), area.end(), [](uint8_t b) { return b != 0; }))
+        _nameProblems.push_back(
+            "names area holds non-zero bytes after its " + std::to_string(used) + " used bytes");
 }
 
 } // namespace Zar::ResourcesLibrary::Tools::Inspect

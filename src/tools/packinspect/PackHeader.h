@@ -12,8 +12,7 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 
 // The fields of a pack's header sector, read as they stand: nothing here trusts them. Reading the
 // names area never fails; what does not add up is collected in _nameProblems for the verifier.
-class PackHeader
-{
+class PackHeader {
 public:
     // Reads the first 4096 bytes of the span, which must hold at least that many.
     static PackHeader Parse(std::span<uint8_t const> header);

@@ -9,12 +9,10 @@ uint64_t PackLayout::Image::FileOffset() const
     return static_cast<uint64_t>(_fileSector) * PackFormat::SectorSize + _offset;
 }
 
-char const* PackLayout::Image::KindName() const
-{
-    return _kind == Kind::Icon ? "icon" : "screen";
-}
+char const* PackLayout::Image::KindName() const { return _kind == Kind::Icon ? "icon" : "screen"; }
 
-PackLayout PackLayout::Compute(PackHeader const& header, ImageGeometry const& icon, ImageGeometry const& screen)
+PackLayout PackLayout::Compute(
+    PackHeader const& header, ImageGeometry const& icon, ImageGeometry const& screen)
 {
     PackLayout layout;
     layout.LayIcons(header, icon);
@@ -33,8 +31,8 @@ void PackLayout::LayIcons(PackHeader const& header, ImageGeometry const& icon)
             _complete = false;
             break;
         }
-        _images.push_back({ Kind::Icon, PackFormat::FirstIconValue(header._firstSector) + k, NameOf(k, header),
-                            (header._firstSector + sector - 1) & 0xFFFF, sector, offset, icon });
+        _images.push_back({ Kind::Icon, PackFormat::FirstIconValue(header._firstSector) + k,
+            NameOf(k, header), (header._firstSector + sector - 1) & 0xFFFF, sector, offset, icon });
         offset += size;
         if (offset + size >= PackFormat::SectorSize) {
             ++sector;
@@ -54,7 +52,7 @@ void PackLayout::LayScreens(PackHeader const& header, ImageGeometry const& scree
             break;
         }
         _images.push_back({ Kind::Screen, k, NameOf(header._iconCount + static_cast<std::size_t>(k), header),
-                            PackFormat::FirstScreenSector + _screenSectors, sector, 0, screen });
+            PackFormat::FirstScreenSector + _screenSectors, sector, 0, screen });
         _screenSectors += sectorsPerScreen;
     }
 }

@@ -12,17 +12,14 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 // Where each image of a pack lies, worked out from the header and the image geometry the way the
 // packager lays images out: icons one after another, a sector closed as soon as one more icon of the
 // same size would not fit (offset + size >= 4096 after adding), and every screen on fresh sectors.
-class PackLayout
-{
+class PackLayout {
 public:
-    enum class Kind
-    {
+    enum class Kind {
         Icon,
         Screen,
     };
 
-    struct Image
-    {
+    struct Image {
         Kind _kind = Kind::Icon;
         // The value the generated headers give it: icons from (first sector - 2) x 10, screens from 0.
         int64_t _value = 0;
@@ -36,7 +33,8 @@ public:
         char const* KindName() const;
     };
 
-    static PackLayout Compute(PackHeader const& header, ImageGeometry const& icon, ImageGeometry const& screen);
+    static PackLayout Compute(
+        PackHeader const& header, ImageGeometry const& icon, ImageGeometry const& screen);
 
     std::vector<Image> const& Images() const { return _images; }
     std::size_t IconSectors() const { return _iconSectors; }

@@ -12,14 +12,14 @@ namespace {
 
 void PrintVersion(std::ostream& out, Zar::Lt::Core::Version32 version)
 {
-    out << unsigned(version.Major()) << '.' << unsigned(version.Minor()) << '.' << unsigned(version.Patch()) << '.'
-        << unsigned(version.Build());
+    out << unsigned(version.Major()) << '.' << unsigned(version.Minor()) << '.' << unsigned(version.Patch())
+        << '.' << unsigned(version.Build());
 }
 
 } // namespace
 
-std::size_t PackLister::List(PackFile const& pack, ImageGeometry const& icon, ImageGeometry const& screen,
-                             std::ostream& out)
+std::size_t PackLister::List(
+    PackFile const& pack, ImageGeometry const& icon, ImageGeometry const& screen, std::ostream& out)
 {
     if (!pack.HasHeader() || !pack.Header().HasMagic() || !pack.Header().HasKnownFormat()) {
         out << "problem: not a pack: no header sector with the magic \"ZAR\" and the format word 0.5.1.0\n";
@@ -31,8 +31,8 @@ std::size_t PackLister::List(PackFile const& pack, ImageGeometry const& icon, Im
 
     std::size_t problems = 0;
     if (layout.FileSectors() != pack.SectorCount()) {
-        out << "problem: the geometry --icon " << icon.ToString() << " --screen " << screen.ToString() << " lays "
-            << layout.FileSectors() << " sectors out, the file holds " << pack.SectorCount()
+        out << "problem: the geometry --icon " << icon.ToString() << " --screen " << screen.ToString()
+            << " lays " << layout.FileSectors() << " sectors out, the file holds " << pack.SectorCount()
             << ": the geometry is probably not the pack's\n";
         ++problems;
     }
@@ -44,11 +44,12 @@ std::size_t PackLister::List(PackFile const& pack, ImageGeometry const& icon, Im
 }
 
 void PackLister::PrintSummary(PackFile const& pack, PackLayout const& layout, ImageGeometry const& icon,
-                              ImageGeometry const& screen, std::ostream& out)
+    ImageGeometry const& screen, std::ostream& out)
 {
     PackHeader const& header = pack.Header();
     std::size_t const usedSectors = pack.SectorCount();
-    std::size_t const freeSectors = usedSectors < PackFormat::StoreSectors ? PackFormat::StoreSectors - usedSectors : 0;
+    std::size_t const freeSectors
+        = usedSectors < PackFormat::StoreSectors ? PackFormat::StoreSectors - usedSectors : 0;
 
     out << "version       ";
     PrintVersion(out, header._version);
@@ -58,8 +59,8 @@ void PackLister::PrintSummary(PackFile const& pack, PackLayout const& layout, Im
         << icon.ToString() << ", " << icon.Size() << " bytes each, " << layout.IconSectors() << " sectors)"
         << "\nscreens       " << header._screenCount << " (" << screen.ToString() << ", " << screen.Size()
         << " bytes each, " << layout.ScreenSectors() << " sectors)"
-        << "\nstore         " << usedSectors << " of 256 sectors used (" << pack.Size() << " bytes), " << freeSectors
-        << " free (" << freeSectors * PackFormat::SectorSize << " bytes)"
+        << "\nstore         " << usedSectors << " of 256 sectors used (" << pack.Size() << " bytes), "
+        << freeSectors << " free (" << freeSectors * PackFormat::SectorSize << " bytes)"
         << "\nnames area    " << header._namesUsed << " of " << PackFormat::NamesCapacity << " bytes used, "
         << header._namesCount << " names\n";
 }
@@ -71,7 +72,8 @@ void PackLister::PrintImages(PackLayout const& layout, std::ostream& out)
     out << "\nkind     value  sector  offset  name\n";
     for (auto const& image : layout.Images())
         out << std::left << std::setw(6) << image.KindName() << std::right << std::setw(8) << image._value
-            << std::setw(8) << image._targetSector << std::setw(8) << image._offset << "  " << image._name << '\n';
+            << std::setw(8) << image._targetSector << std::setw(8) << image._offset << "  " << image._name
+            << '\n';
     if (!layout.IsComplete())
         out << "(the header counts more images than a pack can hold; the list stops here)\n";
 }

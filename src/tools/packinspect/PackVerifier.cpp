@@ -21,16 +21,14 @@ std::string Hex(uint64_t value, int width)
     return text.str();
 }
 
-std::string Optional16(std::optional<uint16_t> const& value)
-{
-    return value ? Hex(*value, 4) : "----";
-}
+std::string Optional16(std::optional<uint16_t> const& value) { return value ? Hex(*value, 4) : "----"; }
 
 } // namespace
 
 std::size_t PackVerifier::Report::ProblemCount() const
 {
-    auto const bad = std::count_if(_sectors.begin(), _sectors.end(), [](SectorCheck const& s) { return !s.IsGood(); });
+    auto const bad
+        = std::count_if(_sectors.begin(), _sectors.end(), [](SectorCheck const& s) { return !s.IsGood(); });
     return static_cast<std::size_t>(bad) + _problems.size();
 }
 
@@ -48,30 +46,31 @@ PackVerifier::Report PackVerifier::Check(PackFile const& pack)
 bool PackVerifier::CheckHeader(PackFile const& pack, Report& report)
 {
     if (pack.IsTooLarge())
-        report._problems.push_back("the file is larger than a pack can be (" + std::to_string(PackFormat::MaxFileSize)
-                                   + " bytes: the header sector and the 256-sector store)");
+        report._problems.push_back("the file is larger than a pack can be ("
+            + std::to_string(PackFormat::MaxFileSize)
+            + " bytes: the header sector and the 256-sector store)");
     if (!pack.HasHeader()) {
         report._problems.push_back("the file holds " + std::to_string(pack.Size())
-                                   + " bytes, less than the 4096-byte header sector");
+            + " bytes, less than the 4096-byte header sector");
         return false;
     }
     PackHeader const& header = pack.Header();
     if (!header.HasMagic()) {
         report._problems.push_back("wrong magic " + Hex(PackFormat::ReadU32(pack.Bytes(), 0), 8)
-                                   + ": a pack starts with the bytes 5A 41 52 00 (\"ZAR\" and a zero byte)");
+            + ": a pack starts with the bytes 5A 41 52 00 (\"ZAR\" and a zero byte)");
         return false;
     }
     if (!header.HasKnownFormat()) {
-        report._problems.push_back("unknown format word " + Hex(header._format, 8) + ", expected "
-                                   + Hex(PackFormat::FormatWord, 8));
+        report._problems.push_back(
+            "unknown format word " + Hex(header._format, 8) + ", expected " + Hex(PackFormat::FormatWord, 8));
         return false;
     }
     if (pack.Size() % PackFormat::SectorSize != 0)
-        report._problems.push_back("the file size " + std::to_string(pack.Size())
-                                   + " is not a whole number of 4096-byte sectors");
+        report._problems.push_back(
+            "the file size " + std::to_string(pack.Size()) + " is not a whole number of 4096-byte sectors");
     if (header._firstSector > 0xFFFF)
-        report._problems.push_back("the first sector field " + std::to_string(header._firstSector)
-                                   + " does not fit in 16 bits");
+        report._problems.push_back(
+            "the first sector field " + std::to_string(header._firstSector) + " does not fit in 16 bits");
     return true;
 }
 
@@ -81,29 +80,31 @@ void PackVerifier::CheckNames(PackHeader const& header, Report& report)
         report._problems.push_back(problem);
     uint64_t const images = static_cast<uint64_t>(header._iconCount) + header._screenCount;
     if (header._namesCount != images)
-        report._problems.push_back("the names area holds " + std::to_string(header._namesCount) + " names for "
-                                   + std::to_string(header._iconCount) + " icons and "
-                                   + std::to_string(header._screenCount) + " screens");
+        report._problems.push_back("the names area holds " + std::to_string(header._namesCount)
+            + " names for " + std::to_string(header._iconCount) + " icons and "
+            + std::to_string(header._screenCount) + " screens");
 }
 
 void PackVerifier::CheckSectors(PackFile const& pack, Report& report)
 {
     PackHeader const& header = pack.Header();
     uint64_t const dataSectors = pack.SectorCount() - 1;
-    uint64_t const mappedIcons = (static_cast<uint64_t>(header._iconCount) + PackFormat::IconsPerMappedSector - 1)
+    uint64_t const mappedIcons
+        = (static_cast<uint64_t>(header._iconCount) + PackFormat::IconsPerMappedSector - 1)
         / PackFormat::IconsPerMappedSector;
-    uint64_t const mappedScreens = static_cast<uint64_t>(header._screenCount) * PackFormat::SectorsPerMappedScreen;
+    uint64_t const mappedScreens
+        = static_cast<uint64_t>(header._screenCount) * PackFormat::SectorsPerMappedScreen;
     bool const whole = dataSectors >= mappedIcons + mappedScreens;
     uint64_t const iconSectors = whole ? dataSectors - mappedScreens : std::min(mappedIcons, dataSectors);
     uint64_t const screenSectors = dataSectors - iconSectors;
 
     if (!whole)
         report._problems.push_back("the header maps " + std::to_string(mappedIcons) + " icon and "
-                                   + std::to_string(mappedScreens) + " screen sectors, the file holds "
-                                   + std::to_string(dataSectors));
+            + std::to_string(mappedScreens) + " screen sectors, the file holds "
+            + std::to_string(dataSectors));
     else if (iconSectors != mappedIcons)
-        report._problems.push_back("the file holds " + std::to_string(iconSectors) + " icon sectors, the header maps "
-                                   + std::to_string(mappedIcons) + " ((icons + 9) / 10)");
+        report._problems.push_back("the file holds " + std::to_string(iconSectors)
+            + " icon sectors, the header maps " + std::to_string(mappedIcons) + " ((icons + 9) / 10)");
 
     auto const iconTarget = [&](uint64_t i) { return (header._firstSector + i) & 0xFFFF; };
     auto const screenTarget = [&](uint64_t j) { return PackFormat::FirstScreenSector + j; };
@@ -111,28 +112,33 @@ void PackVerifier::CheckSectors(PackFile const& pack, Report& report)
     for (uint64_t i = 0; i < iconSectors; ++i)
         report._sectors.push_back(CheckSector(pack, static_cast<std::size_t>(1 + i), iconTarget(i)));
     for (uint64_t j = 0; j < screenSectors; ++j)
-        report._sectors.push_back(CheckSector(pack, static_cast<std::size_t>(1 + iconSectors + j), screenTarget(j)));
+        report._sectors.push_back(
+            CheckSector(pack, static_cast<std::size_t>(1 + iconSectors + j), screenTarget(j)));
 
     // The table cannot describe more than the store, which also bounds these loops when counts lie.
     for (uint64_t i = iconSectors; i < mappedIcons && i < PackFormat::StoreSectors; ++i)
         report._sectors.push_back({ iconTarget(i), 0, std::nullopt, std::nullopt, "missing from the file" });
     for (uint64_t j = screenSectors; j < mappedScreens && j < PackFormat::StoreSectors; ++j)
-        report._sectors.push_back({ screenTarget(j), 0, std::nullopt, std::nullopt, "missing from the file" });
+        report._sectors.push_back(
+            { screenTarget(j), 0, std::nullopt, std::nullopt, "missing from the file" });
 
     std::set<uint64_t> seen;
     for (auto const& sector : report._sectors)
         if (!seen.insert(sector._target).second)
-            report._problems.push_back("two sectors map to the same CRC entry " + std::to_string(sector._target));
+            report._problems.push_back(
+                "two sectors map to the same CRC entry " + std::to_string(sector._target));
     auto const firstIcons = report._sectors.begin();
-    bool const iconsReachScreens = std::any_of(firstIcons, firstIcons + static_cast<std::ptrdiff_t>(iconSectors),
-        [](SectorCheck const& s) { return s._target >= PackFormat::FirstScreenSector; });
+    bool const iconsReachScreens
+        = std::any_of(firstIcons, firstIcons + static_cast<std::ptrdiff_t>(iconSectors),
+            [](SectorCheck const& s) { return s._target >= PackFormat::FirstScreenSector; });
     if (iconsReachScreens)
         report._problems.push_back("the icon sectors " + std::to_string(iconTarget(0)) + " to "
-                                   + std::to_string(iconTarget(iconSectors - 1))
-                                   + " do not all stay below 247, where the screens begin");
+            + std::to_string(iconTarget(iconSectors - 1))
+            + " do not all stay below 247, where the screens begin");
 }
 
-PackVerifier::SectorCheck PackVerifier::CheckSector(PackFile const& pack, std::size_t fileSector, uint64_t target)
+PackVerifier::SectorCheck PackVerifier::CheckSector(
+    PackFile const& pack, std::size_t fileSector, uint64_t target)
 {
     SectorCheck check { target, fileSector, std::nullopt, std::nullopt, "" };
     if (target < PackFormat::StoreSectors)
@@ -154,8 +160,8 @@ void PackVerifier::CheckUnmappedEntries(PackHeader const& header, Report& report
         mapped.insert(sector._target);
     for (std::size_t s = 0; s < header._crcTable.size(); ++s)
         if (header._crcTable[s] != 0 && !mapped.contains(s))
-            report._problems.push_back("CRC entry " + std::to_string(s) + " holds " + Hex(header._crcTable[s], 4)
-                                       + " but no sector of the file maps to it");
+            report._problems.push_back("CRC entry " + std::to_string(s) + " holds "
+                + Hex(header._crcTable[s], 4) + " but no sector of the file maps to it");
 }
 
 void PackVerifier::Print(Report const& report, std::ostream& out)

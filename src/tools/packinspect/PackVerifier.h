@@ -18,11 +18,9 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 // packager lays them out: the last two sectors per screen are the screens' (247 and on), the sectors
 // before them are the icons' (first sector and on). A file shorter than its header says keeps the
 // icon sectors the header maps and loses screens first, as a truncation does.
-class PackVerifier
-{
+class PackVerifier {
 public:
-    struct SectorCheck
-    {
+    struct SectorCheck {
         uint64_t _target = 0;
         // The file sector, 0 when the sector is missing from the file.
         std::size_t _fileSector = 0;
@@ -33,8 +31,7 @@ public:
         bool IsGood() const { return _stored && _computed && *_stored == *_computed && _note.empty(); }
     };
 
-    struct Report
-    {
+    struct Report {
         std::vector<SectorCheck> _sectors;
         std::vector<std::string> _problems;
 

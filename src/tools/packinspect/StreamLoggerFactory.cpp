@@ -17,9 +17,6 @@ std::shared_ptr<zar::logging::ILogger> StreamLoggerFactory::GetLogger(std::strin
     return logger;
 }
 
-zar::logging::INestedDiagnosticContext* StreamLoggerFactory::GetNDC()
-{
-    return nullptr;
-}
+zar::logging::INestedDiagnosticContext* StreamLoggerFactory::GetNDC() { return nullptr; }
 
 } // namespace Zar::ResourcesLibrary::Tools::Inspect

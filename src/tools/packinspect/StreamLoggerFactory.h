@@ -11,8 +11,7 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 
 // Hands out one StreamLogger per name, all writing to the same stream. The factory keeps them, since
 // the registry also gives out raw pointers.
-class StreamLoggerFactory : public zar::logging::ILoggerFactory
-{
+class StreamLoggerFactory : public zar::logging::ILoggerFactory {
 public:
     explicit StreamLoggerFactory(std::ostream& out);
 

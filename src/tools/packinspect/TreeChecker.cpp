@@ -37,8 +37,7 @@ namespace {
 constexpr Zar::Lt::Core::Version32 DefaultVersion(0, 6, 0, 0);
 
 // A fresh folder under the system's temporary folder, removed with everything in it at the end.
-class ScratchFolder
-{
+class ScratchFolder {
 public:
     ScratchFolder()
     {
@@ -62,8 +61,7 @@ private:
 };
 
 // The exporter prints its summary to standard output; the check collects it instead.
-class CoutCapture
-{
+class CoutCapture {
 public:
     CoutCapture()
         : _previous(std::cout.rdbuf(_text.rdbuf()))
@@ -193,28 +191,31 @@ bool TreeChecker::CheckItem(ListCheck const& list, std::string const& item, int 
     try {
         single.LoadAll(pack, index - 1);
     } catch (std::exception const& e) {
-        std::string const skipped = list._requiredByPackager ? "" : " (packager skips this screen without a word)";
+        std::string const skipped
+            = list._requiredByPackager ? "" : " (packager skips this screen without a word)";
         Fail(Describe(list._kind, index, name, file) + ": " + ReasonOf(e.what(), LoadErrorPrefix(index, item))
-             + skipped);
+            + skipped);
         LogCurrentException();
         return false;
     }
     std::string const added = exporter.Errors().substr(errorsBefore);
     if (!added.empty())
         Fail(Describe(list._kind, index, name, file) + ": "
-             + ReasonOf(added, std::to_string(index) + " " + name + " "));
+            + ReasonOf(added, std::to_string(index) + " " + name + " "));
     else if (!delivered)
-        Fail(Describe(list._kind, index, name, file) + ": loads as an empty image, which packager skips without a word");
+        Fail(Describe(list._kind, index, name, file)
+            + ": loads as an empty image, which packager skips without a word");
     return true;
 }
 
-void TreeChecker::CheckPalette(ListCheck const& list, std::string const& item, int index, std::string const& file)
+void TreeChecker::CheckPalette(
+    ListCheck const& list, std::string const& item, int index, std::string const& file)
 {
     if (!IsBmp(file) || BmpPalette::Classify(file) != BmpPalette::Kind::Other)
         return;
     Warn(Describe(list._kind, index, InputSequence::BareName(item), file)
-         + ": the 4-bit palette is neither the ascending nor the descending 16-level grey ramp;"
-           " its pixels come out as palette indices, not greys");
+        + ": the 4-bit palette is neither the ascending nor the descending 16-level grey ramp;"
+          " its pixels come out as palette indices, not greys");
 }
 
 void TreeChecker::CheckDuplicates(ListCheck const& list, std::vector<std::string> const& items)
@@ -226,7 +227,7 @@ void TreeChecker::CheckDuplicates(ListCheck const& list, std::vector<std::string
         auto const [found, added] = firstIndex.emplace(name, index);
         if (!added)
             Warn(std::string(list._kind) + "s: indexes " + std::to_string(found->second) + " and "
-                 + std::to_string(index) + " both name the image " + name);
+                + std::to_string(index) + " both name the image " + name);
         ++index;
     }
 }
@@ -247,7 +248,7 @@ void TreeChecker::CheckNamesArea(PackExporter const& exporter)
     });
     if (needed > PackFormat::NamesCapacity)
         Warn("the names need " + std::to_string(needed) + " bytes, more than the "
-             + std::to_string(PackFormat::NamesCapacity) + " of the names area");
+            + std::to_string(PackFormat::NamesCapacity) + " of the names area");
 }
 
 void TreeChecker::CheckClose(PackExporter& exporter)
@@ -271,7 +272,7 @@ void TreeChecker::CheckSectorSpace(PackExporter const& exporter)
     int64_t const lastIcon = int64_t { _firstSector } + _iconSectors - 1;
     if (_iconSectors > 0 && lastIcon >= PackFormat::FirstScreenSector)
         Warn("the icons need sectors " + std::to_string(_firstSector) + " to " + std::to_string(lastIcon)
-             + ", which runs into the screens' sectors from 247 on");
+            + ", which runs into the screens' sectors from 247 on");
     int64_t const lastScreen = int64_t { PackFormat::FirstScreenSector } + screenSectors - 1;
     if (screenSectors > 0 && lastScreen >= PackFormat::StoreSectors)
         Warn("the screens need sectors 247 to " + std::to_string(lastScreen) + ", past the 256-sector store");
@@ -282,21 +283,15 @@ void TreeChecker::VerifyPack(std::string const& path)
     auto const report = PackVerifier::Check(PackFile::Load(path));
     for (auto const& sector : report._sectors)
         if (!sector.IsGood())
-            Fail("the pack would not verify: sector " + std::to_string(sector._target) + " does not match its CRC"
-                 + (sector._note.empty() ? "" : " (" + sector._note + ")"));
+            Fail("the pack would not verify: sector " + std::to_string(sector._target)
+                + " does not match its CRC" + (sector._note.empty() ? "" : " (" + sector._note + ")"));
     for (auto const& problem : report._problems)
         Fail("the pack would not verify: " + problem);
 }
 
-void TreeChecker::Fail(std::string text)
-{
-    _findings.push_back({ true, std::move(text) });
-}
+void TreeChecker::Fail(std::string text) { _findings.push_back({ true, std::move(text) }); }
 
-void TreeChecker::Warn(std::string text)
-{
-    _findings.push_back({ false, std::move(text) });
-}
+void TreeChecker::Warn(std::string text) { _findings.push_back({ false, std::move(text) }); }
 
 void TreeChecker::LogCurrentException()
 {
@@ -318,7 +313,8 @@ void TreeChecker::LogCurrentException()
 
 std::size_t TreeChecker::FailureCount() const
 {
-    return static_cast<std::size_t>(std::count_if(_findings.begin(), _findings.end(), [](Finding const& f) { return f._failure; }));
+    return static_cast<std::size_t>(
+        std::count_if(_findings.begin(), _findings.end(), [](Finding const& f) { return f._failure; }));
 }
 
 void TreeChecker::Print(std::ostream& out) const

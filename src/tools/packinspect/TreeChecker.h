@@ -20,11 +20,9 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 //
 // Unlike the packager, which stops at the first icon that fails to load and skips bad screens without
 // a word, the check loads every listed image on its own, so one failure hides nothing.
-class TreeChecker
-{
+class TreeChecker {
 public:
-    struct Finding
-    {
+    struct Finding {
         bool _failure = false;
         std::string _text;
     };
@@ -43,8 +41,7 @@ public:
     void Print(std::ostream& out) const;
 
 private:
-    struct ListCheck
-    {
+    struct ListCheck {
         char const* _kind;
         std::string _folder;
         bool _requiredByPackager;

@@ -16,10 +16,7 @@ BmpPalette::Kind ClassifyBytes(Bytes const& bytes)
     return BmpPalette::Classify((folder / "image.bmp").string());
 }
 
-Bytes Bmp4With(std::array<uint8_t, 16> const& greys)
-{
-    return Bmp4(4, 2, greys, Ramp(4, 2, 0));
-}
+Bytes Bmp4With(std::array<uint8_t, 16> const& greys) { return Bmp4(4, 2, greys, Ramp(4, 2, 0)); }
 
 } // namespace
 

@@ -17,19 +17,18 @@
 #include <sstream>
 
 using namespace PackInspectTest;
+using testing::HasSubstr;
+using testing::StartsWith;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
 using Zar::ResourcesLibrary::Tools::Inspect::CommandLine;
 using Zar::ResourcesLibrary::Tools::Inspect::ContactSheet;
 using Zar::ResourcesLibrary::Tools::Inspect::ImageGeometry;
 using Zar::ResourcesLibrary::Tools::Inspect::PackFile;
 using Zar::ResourcesLibrary::Tools::Inspect::PackLayout;
-using testing::HasSubstr;
-using testing::StartsWith;
 
 namespace {
 
-struct Result
-{
+struct Result {
     int _status;
     std::string _out;
     std::string _err;
@@ -49,8 +48,7 @@ std::string UsageText(std::string const& name, std::string const& message)
 }
 
 // A folder holding a pack built in code.
-class PackFolder
-{
+class PackFolder {
 public:
     explicit PackFolder(Bytes const& bytes) { WriteFile(Path(), bytes); }
     std::string Path() const { return (_folder / "oled.pack").string(); }
@@ -61,14 +59,14 @@ private:
 };
 
 // The folder of a packager run on the project's example resources.
-class ExampleRun
-{
+class ExampleRun {
 public:
     ExampleRun()
     {
         std::filesystem::copy(std::string(PACKAGER_SOURCE_DIR) + "/examples/bmp", _folder / "bmp",
-                              std::filesystem::copy_options::recursive);
-        _packager = PackInspectTest::Run(_folder.Path(), "'" + PackagerPath() + "' version 1.2.3.4 sector 12");
+            std::filesystem::copy_options::recursive);
+        _packager
+            = PackInspectTest::Run(_folder.Path(), "'" + PackagerPath() + "' version 1.2.3.4 sector 12");
     }
     std::filesystem::path const& Folder() const { return _folder.Path(); }
     std::string Pack() const { return (_folder / "oled.pack").string(); }
@@ -139,7 +137,8 @@ TEST(CommandLineTest, ShowsHelpAndVersion)
         EXPECT_EQ(result._status, 0);
         EXPECT_EQ(result._out, CommandLine::MainHelp());
     }
-    EXPECT_THAT(CommandLine::MainHelp(), HasSubstr("Exit status: 0 if all is well, 1 if problems were found, 2 if"));
+    EXPECT_THAT(
+        CommandLine::MainHelp(), HasSubstr("Exit status: 0 if all is well, 1 if problems were found, 2 if"));
     auto const version = Inspect({ "--version" });
     EXPECT_EQ(version._status, 0);
     EXPECT_EQ(version._out, "packinspect 0.5.0.5\n");
@@ -147,10 +146,9 @@ TEST(CommandLineTest, ShowsHelpAndVersion)
 
 TEST(CommandLineTest, EveryCommandHasItsHelp)
 {
-    std::pair<char const*, char const*> const commands[] = { { "verify", CommandLine::VerifyHelp() },
-                                                             { "list", CommandLine::ListHelp() },
-                                                             { "render", CommandLine::RenderHelp() },
-                                                             { "check", CommandLine::CheckHelp() } };
+    std::pair<char const*, char const*> const commands[]
+        = { { "verify", CommandLine::VerifyHelp() }, { "list", CommandLine::ListHelp() },
+              { "render", CommandLine::RenderHelp() }, { "check", CommandLine::CheckHelp() } };
     for (auto const& [command, help] : commands) {
         for (std::string const option : { "--help", "-h" }) {
             auto const result = Inspect({ command, option });
@@ -166,7 +164,8 @@ TEST(CommandLineTest, CommandsRefuseUnknownOptions)
     for (char const* command : { "verify", "list", "render", "check" }) {
         auto const result = Inspect({ command, "--frobnicate" });
         EXPECT_EQ(result._status, 2) << command;
-        EXPECT_EQ(result._err, UsageText(std::string("packinspect ") + command, "unknown option '--frobnicate'"));
+        EXPECT_EQ(
+            result._err, UsageText(std::string("packinspect ") + command, "unknown option '--frobnicate'"));
     }
 }
 
@@ -180,8 +179,12 @@ TEST(CommandLineTest, VerifyNeedsExactlyOnePack)
 
 TEST(CommandLineTest, VerifyOfAMissingFileThrows)
 {
-    EXPECT_THAT([] { Inspect({ "verify", "/nonexistent/oled.pack" }); },
-                testing::ThrowsMessage<ResourcesLibraryException>(testing::StrEq("Cannot open /nonexistent/oled.pack")));
+    EXPECT_THAT(
+        [] {
+            Inspect({ "verify", "/nonexistent/oled.pack" });
+        },
+        testing::ThrowsMessage<ResourcesLibraryException>(
+            testing::StrEq("Cannot open /nonexistent/oled.pack")));
 }
 
 TEST(CommandLineTest, VerifyPassesASoundPackAndFailsADamagedOne)
@@ -211,7 +214,8 @@ TEST(CommandLineTest, ListTakesTheGeometryFromItsOptions)
     auto const other = Inspect({ "list", "--icon=16x16", "--screen", "256x64", folder.Path() });
     EXPECT_EQ(other._status, 1);
     EXPECT_THAT(other._out, HasSubstr("icons         12 (16x16, 128 bytes each, 1 sectors)\n"));
-    EXPECT_THAT(other._out, HasSubstr("problem: the geometry --icon 16x16 --screen 256x64 lays 4 sectors out"));
+    EXPECT_THAT(
+        other._out, HasSubstr("problem: the geometry --icon 16x16 --screen 256x64 lays 4 sectors out"));
 }
 
 TEST(CommandLineTest, ListAndRenderRefuseBadSizes)
@@ -226,17 +230,20 @@ TEST(CommandLineTest, ListAndRenderRefuseBadSizes)
             return Inspect(arguments);
         };
         EXPECT_EQ(withOptions("--icon=32")._err,
-                  UsageText(name, "a size is WxH, two numbers from 1 to 65535: '32' is not"));
+            UsageText(name, "a size is WxH, two numbers from 1 to 65535: '32' is not"));
         EXPECT_EQ(withOptions("--screen=0x64")._err,
-                  UsageText(name, "a size is WxH, two numbers from 1 to 65535: '0x64' is not"));
+            UsageText(name, "a size is WxH, two numbers from 1 to 65535: '0x64' is not"));
         EXPECT_EQ(withOptions("--icon=64x128")._err,
-                  UsageText(name, "an icon of 64x128 takes 4096 bytes; icons are below 4096 bytes"));
+            UsageText(name, "an icon of 64x128 takes 4096 bytes; icons are below 4096 bytes"));
         EXPECT_EQ(withOptions("--screen=32x24")._err,
-                  UsageText(name, "a screen of 32x24 takes 384 bytes; screens take from 4096 bytes to the whole store"));
+            UsageText(
+                name, "a screen of 32x24 takes 384 bytes; screens take from 4096 bytes to the whole store"));
         auto const huge = withOptions("--screen=2048x2048");
         EXPECT_EQ(huge._status, 2);
-        EXPECT_EQ(huge._err, UsageText(name, "a screen of 2048x2048 takes 2097152 bytes; screens take from 4096 bytes "
-                                             "to the whole store"));
+        EXPECT_EQ(huge._err,
+            UsageText(name,
+                "a screen of 2048x2048 takes 2097152 bytes; screens take from 4096 bytes "
+                "to the whole store"));
         EXPECT_EQ(Inspect({ command, "--icon" })._err, UsageText(name, "option '--icon' needs a value"));
     }
     EXPECT_FALSE(std::filesystem::exists(folder.In("x.png")));
@@ -254,9 +261,10 @@ TEST(CommandLineTest, RenderNeedsAnOutput)
 {
     PackFolder const folder(BuildPack(WorkedExample()));
     EXPECT_EQ(Inspect({ "render", folder.Path() })._err,
-              UsageText("packinspect render", "the output file is missing: give it with -o FILE.png"));
+        UsageText("packinspect render", "the output file is missing: give it with -o FILE.png"));
     EXPECT_EQ(Inspect({ "render", folder.Path(), "--output=" })._status, 2);
-    EXPECT_EQ(Inspect({ "render", "-o", "x.png" })._err, UsageText("packinspect render", "the pack file is missing"));
+    EXPECT_EQ(Inspect({ "render", "-o", "x.png" })._err,
+        UsageText("packinspect render", "the pack file is missing"));
 }
 
 TEST(CommandLineTest, RenderWritesThePng)
@@ -344,25 +352,25 @@ TEST(EndToEndTest, VerifyFailsOnCorruptedCopies)
 {
     ExampleRun const run;
     auto const good = ReadFile(run.Pack());
-    struct Damage
-    {
+    struct Damage {
         char const* _what;
         std::size_t _offset;
         char const* _expected;
     };
     // File sectors 1 and 2 hold icons, 3 to 8 screens; the header maps them to 12, 13 and 247 to 252.
     Damage const damages[] = { { "first icon sector", 1 * 4096 + 10, "    12     1" },
-                               { "icon padding", 2 * 4096 + 4000, "    13     2" },
-                               { "first screen sector", 3 * 4096, "   247     3" },
-                               { "last screen sector", 9 * 4096 - 1, "   252     8" },
-                               { "stored CRC", 24 + 2 * 249, "   249     5" } };
+        { "icon padding", 2 * 4096 + 4000, "    13     2" },
+        { "first screen sector", 3 * 4096, "   247     3" },
+        { "last screen sector", 9 * 4096 - 1, "   252     8" },
+        { "stored CRC", 24 + 2 * 249, "   249     5" } };
     for (auto const& damage : damages) {
         auto bytes = good;
         bytes[damage._offset] ^= 0x20;
         WriteFile(run.Folder() / "damaged.pack", bytes);
         auto const result = run.Inspect("verify damaged.pack");
         EXPECT_EQ(result._status, 1) << damage._what;
-        EXPECT_THAT(result._output, testing::ContainsRegex(std::string(damage._expected) + " +[0-9A-F]{4} +[0-9A-F]{4}  BAD"))
+        EXPECT_THAT(result._output,
+            testing::ContainsRegex(std::string(damage._expected) + " +[0-9A-F]{4} +[0-9A-F]{4}  BAD"))
             << damage._what;
         EXPECT_THAT(result._output, testing::EndsWith("verdict: BAD, 1 problem\n")) << damage._what;
     }
@@ -406,9 +414,10 @@ TEST(EndToEndTest, ListShowsWhatPackagerWrote)
     // packager's summary counts the same sectors and bytes as the listing's store line.
     std::smatch summary;
     ASSERT_TRUE(std::regex_search(run.Packager()._output, summary,
-                                  std::regex(R"(^1\.2\.3\.4, 12 icons at sector 12, 3 screens, (\d+) sectors, (\d+) bytes)")));
-    EXPECT_THAT(listing._output, HasSubstr("store         " + summary[1].str() + " of 256 sectors used ("
-                                           + summary[2].str() + " bytes)"));
+        std::regex(R"(^1\.2\.3\.4, 12 icons at sector 12, 3 screens, (\d+) sectors, (\d+) bytes)")));
+    EXPECT_THAT(listing._output,
+        HasSubstr(
+            "store         " + summary[1].str() + " of 256 sectors used (" + summary[2].str() + " bytes)"));
     EXPECT_THAT(listing._output, HasSubstr("version       1.2.3.4\n"));
 }
 
@@ -422,7 +431,8 @@ TEST(EndToEndTest, RenderDrawsTheDecodedLevels)
 
     auto const bytes = ReadFile(run.Pack());
     PackFile const pack(bytes);
-    auto const sheet = ContactSheet::Lay(pack, PackLayout::Compute(pack.Header(), ImageGeometry(32, 24), ImageGeometry(256, 64)));
+    auto const sheet = ContactSheet::Lay(
+        pack, PackLayout::Compute(pack.Header(), ImageGeometry(32, 24), ImageGeometry(256, 64)));
     ASSERT_EQ(sheet.Cells().size(), 15u);
     for (auto const& cell : sheet.Cells()) {
         auto const& geometry = cell._image._geometry;
@@ -433,7 +443,7 @@ TEST(EndToEndTest, RenderDrawsTheDecodedLevels)
                 int const grey = 17 * (x % 2 == 0 ? byte >> 4 : byte & 0x0F);
                 // Check the middle of each 4 x 4 block.
                 QRgb const shown = image.pixel(cell._pixels.left() + static_cast<int>(x) * 4 + 2,
-                                               cell._pixels.top() + static_cast<int>(y) * 4 + 1);
+                    cell._pixels.top() + static_cast<int>(y) * 4 + 1);
                 mismatches += shown != qRgb(grey, grey, grey);
             }
         EXPECT_EQ(mismatches, 0) << cell._image._name;
@@ -445,7 +455,8 @@ TEST(EndToEndTest, CheckPassesTheExamples)
     ExampleRun const run;
     auto const result = run.Inspect("check");
     EXPECT_EQ(result._status, 0) << result._output;
-    EXPECT_THAT(result._output, HasSubstr("packing every image that loads prints:\n  0.6.0.0, 12 icons at sector 12, 3 screens"));
+    EXPECT_THAT(result._output,
+        HasSubstr("packing every image that loads prints:\n  0.6.0.0, 12 icons at sector 12, 3 screens"));
     EXPECT_THAT(result._output, testing::EndsWith("result: 0 failures, 0 warnings\n"));
 }
 
@@ -453,7 +464,8 @@ TEST(EndToEndTest, CheckLogsFailuresToStandardError)
 {
     ExampleRun const run;
     WriteText(run.Folder() / "bmp/icons/list.txt", "Play\nNowhere\n");
-    auto const result = PackInspectTest::Run(run.Folder(), "('" + PackinspectPath() + "' check bmp 2>err.txt)");
+    auto const result
+        = PackInspectTest::Run(run.Folder(), "('" + PackinspectPath() + "' check bmp 2>err.txt)");
     EXPECT_EQ(result._status, 1);
     EXPECT_THAT(result._output, HasSubstr("FAIL icon index 3, name Nowhere, file bmp/icons/Nowhere.bmp: "));
     EXPECT_THAT(ReadText(run.Folder() / "err.txt"), StartsWith("packinspect [20] '"));

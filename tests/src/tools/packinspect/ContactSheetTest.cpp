@@ -129,5 +129,6 @@ TEST(ContactSheetTest, RefusesASheetBeyondItsPixelLimit)
     PackFile const pack(bytes);
     auto const sheet = LaySheet(pack, ImageGeometry(2, 4096));
     EXPECT_THAT([&] { sheet.Render(pack, "huge"); },
-                testing::ThrowsMessage<ResourcesLibraryException>(testing::StartsWith("The contact sheet would be 1040x")));
+        testing::ThrowsMessage<ResourcesLibraryException>(
+            testing::StartsWith("The contact sheet would be 1040x")));
 }

@@ -18,8 +18,8 @@ TEST(ImageGeometryTest, ParsesWidthTimesHeight)
 
 TEST(ImageGeometryTest, RefusesAnythingElse)
 {
-    for (char const* text : { "", "x", "32", "32x", "x24", "0x24", "32x0", "-1x24", "32x24x1", "32X24", "65536x1",
-                              " 32x24", "32x24 ", "3a2x24" })
+    for (char const* text : { "", "x", "32", "32x", "x24", "0x24", "32x0", "-1x24", "32x24x1", "32X24",
+             "65536x1", " 32x24", "32x24 ", "3a2x24" })
         EXPECT_FALSE(ImageGeometry::Parse(text)) << text;
 }
 

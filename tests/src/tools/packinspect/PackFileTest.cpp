@@ -31,7 +31,7 @@ TEST(PackFileTest, AMissingFileCannotBeOpened)
     TempFolder folder;
     std::string const path = (folder / "none.pack").string();
     EXPECT_THAT([&] { PackFile::Load(path); },
-                testing::ThrowsMessage<ResourcesLibraryException>(testing::StrEq("Cannot open " + path)));
+        testing::ThrowsMessage<ResourcesLibraryException>(testing::StrEq("Cannot open " + path)));
 }
 
 TEST(PackFileTest, AFolderCannotBeRead)
@@ -58,8 +58,9 @@ TEST(PackFileTest, AFileShorterThanASectorHasNoHeader)
     PackFile const pack(Bytes(4095, 0));
     EXPECT_FALSE(pack.HasHeader());
     EXPECT_EQ(pack.SectorCount(), 1u);
-    EXPECT_THAT([&] { pack.Header(); }, testing::ThrowsMessage<Zar::Lt::Exceptions::PreCondition>(
-                                            testing::StrEq("PreCondition _header.has_value()")));
+    EXPECT_THAT([&] { pack.Header(); },
+        testing::ThrowsMessage<Zar::Lt::Exceptions::PreCondition>(
+            testing::StrEq("PreCondition _header.has_value()")));
     EXPECT_FALSE(PackFile(Bytes()).HasHeader());
 }
 

@@ -52,8 +52,8 @@ TEST(PackHeaderTest, NeedsAWholeHeaderSector)
 {
     Bytes const shortHeader(4095, 0);
     EXPECT_THAT([&] { PackHeader::Parse(shortHeader); },
-                testing::ThrowsMessage<Zar::Lt::Exceptions::PreCondition>(
-                    testing::StrEq("PreCondition header.size() >= PackFormat::SectorSize")));
+        testing::ThrowsMessage<Zar::Lt::Exceptions::PreCondition>(
+            testing::StrEq("PreCondition header.size() >= PackFormat::SectorSize")));
 }
 
 TEST(PackHeaderTest, UsedBeyondTheAreaIsClampedAndReported)
@@ -100,5 +100,6 @@ TEST(PackHeaderTest, NonZeroBytesPastTheUsedOnesAreReported)
     auto const header = PackHeader::Parse(pack);
     auto const used = header._namesUsed;
     EXPECT_THAT(header._nameProblems,
-                testing::ElementsAre("names area holds non-zero bytes after its " + std::to_string(used) + " used bytes"));
+        testing::ElementsAre(
+            "names area holds non-zero bytes after its " + std::to_string(used) + " used bytes"));
 }

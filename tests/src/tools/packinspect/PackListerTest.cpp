@@ -14,8 +14,7 @@ using Zar::ResourcesLibrary::Tools::Inspect::PackLister;
 
 namespace {
 
-struct Listing
-{
+struct Listing {
     std::size_t _problems;
     std::string _text;
 };
@@ -37,18 +36,19 @@ TEST(PackListerTest, ListsTheHeaderTheStoreAndEveryImage)
     spec._names = { "Play", "Stop_Selected", "Splash" };
     auto const listing = List(BuildPack(spec));
     EXPECT_EQ(listing._problems, 0u);
-    EXPECT_EQ(listing._text, "version       1.2.3.4\n"
-                             "format        0.5.1.0\n"
-                             "first sector  12\n"
-                             "icons         2 (32x24, 384 bytes each, 1 sectors)\n"
-                             "screens       1 (256x64, 8192 bytes each, 2 sectors)\n"
-                             "store         4 of 256 sectors used (16384 bytes), 252 free (1032192 bytes)\n"
-                             "names area    26 of 3552 bytes used, 3 names\n"
-                             "\n"
-                             "kind     value  sector  offset  name\n"
-                             "icon       100      12       0  Play\n"
-                             "icon       101      12     384  Stop_Selected\n"
-                             "screen       0     247       0  Splash\n");
+    EXPECT_EQ(listing._text,
+        "version       1.2.3.4\n"
+        "format        0.5.1.0\n"
+        "first sector  12\n"
+        "icons         2 (32x24, 384 bytes each, 1 sectors)\n"
+        "screens       1 (256x64, 8192 bytes each, 2 sectors)\n"
+        "store         4 of 256 sectors used (16384 bytes), 252 free (1032192 bytes)\n"
+        "names area    26 of 3552 bytes used, 3 names\n"
+        "\n"
+        "kind     value  sector  offset  name\n"
+        "icon       100      12       0  Play\n"
+        "icon       101      12     384  Stop_Selected\n"
+        "screen       0     247       0  Splash\n");
 }
 
 TEST(PackListerTest, AnEmptyPackHasNoTable)
@@ -62,8 +62,9 @@ TEST(PackListerTest, AGeometryThatDoesNotFitTheFileIsAProblem)
 {
     auto const listing = List(BuildPack(WorkedExample()), ImageGeometry(16, 16));
     EXPECT_EQ(listing._problems, 1u);
-    EXPECT_THAT(listing._text, testing::HasSubstr("problem: the geometry --icon 16x16 --screen 256x64 lays 4 sectors "
-                                                  "out, the file holds 5: the geometry is probably not the pack's\n"));
+    EXPECT_THAT(listing._text,
+        testing::HasSubstr("problem: the geometry --icon 16x16 --screen 256x64 lays 4 sectors "
+                           "out, the file holds 5: the geometry is probably not the pack's\n"));
 }
 
 TEST(PackListerTest, NamesProblemsAreListed)
@@ -80,7 +81,7 @@ TEST(PackListerTest, RefusesWhatIsNotAPack)
     auto const notAPack = List(Bytes(4096, 0xFF));
     EXPECT_EQ(notAPack._problems, 1u);
     EXPECT_EQ(notAPack._text,
-              "problem: not a pack: no header sector with the magic \"ZAR\" and the format word 0.5.1.0\n");
+        "problem: not a pack: no header sector with the magic \"ZAR\" and the format word 0.5.1.0\n");
     EXPECT_EQ(List(Bytes(10, 0))._problems, 1u);
     auto unknownFormat = BuildPack(WorkedExample());
     PutU32(unknownFormat, 4, 7);
@@ -93,7 +94,7 @@ TEST(PackListerTest, ALyingCountEndsTheTable)
     PutU32(bytes, 20, 0xFFFFFFFF);
     auto const listing = List(bytes);
     EXPECT_THAT(listing._text,
-                testing::HasSubstr("(the header counts more images than a pack can hold; the list stops here)\n"));
+        testing::HasSubstr("(the header counts more images than a pack can hold; the list stops here)\n"));
 }
 
 TEST(PackListerTest, HostileHeadersStayBounded)
@@ -107,6 +108,7 @@ TEST(PackListerTest, HostileHeadersStayBounded)
             PutU32(bytes, field, value);
             auto const listing = List(bytes, ImageGeometry(1, 1));
             // At most one line per image a whole store of the smallest icons can hold.
-            EXPECT_LT(std::count(listing._text.begin(), listing._text.end(), '\n'), 270000) << field << " " << value;
+            EXPECT_LT(std::count(listing._text.begin(), listing._text.end(), '\n'), 270000)
+                << field << " " << value;
         }
 }

@@ -8,10 +8,10 @@
 #include <sstream>
 
 using namespace PackInspectTest;
-using Zar::ResourcesLibrary::Tools::Inspect::PackFile;
-using Zar::ResourcesLibrary::Tools::Inspect::PackVerifier;
 using testing::Contains;
 using testing::ElementsAre;
+using Zar::ResourcesLibrary::Tools::Inspect::PackFile;
+using Zar::ResourcesLibrary::Tools::Inspect::PackVerifier;
 
 namespace {
 
@@ -59,10 +59,10 @@ TEST(PackVerifierTest, PrintsSectorLinesAndTheVerdict)
     uint16_t const crc = Crc16Arc(bytes.data() + 4096, 4096);
     char expected[200];
     std::snprintf(expected, sizeof expected,
-                  "sector  file  stored  computed  result\n"
-                  "    12     1    %04X      %04X  OK\n"
-                  "verdict: OK, 1 sectors match their CRC\n",
-                  crc, crc);
+        "sector  file  stored  computed  result\n"
+        "    12     1    %04X      %04X  OK\n"
+        "verdict: OK, 1 sectors match their CRC\n",
+        crc, crc);
     EXPECT_EQ(Printed(Verify(bytes)), expected);
 }
 
@@ -117,7 +117,8 @@ TEST(PackVerifierTest, CatchesAFlippedBitInTheNamesArea)
 
     auto tailFlipped = BuildPack(WorkedExample());
     tailFlipped[4000] ^= 0x02;
-    EXPECT_THAT(Verify(tailFlipped)._problems, ElementsAre("names area holds non-zero bytes after its 82 used bytes"));
+    EXPECT_THAT(Verify(tailFlipped)._problems,
+        ElementsAre("names area holds non-zero bytes after its 82 used bytes"));
 }
 
 TEST(PackVerifierTest, CatchesAFileCutInsideASector)
@@ -127,10 +128,11 @@ TEST(PackVerifierTest, CatchesAFileCutInsideASector)
     auto const report = Verify(bytes);
     EXPECT_THAT(BadTargets(report), ElementsAre(248));
     EXPECT_EQ(report._sectors.back()._note, "cut short: 3096 of 4096 bytes");
-    EXPECT_THAT(report._problems, ElementsAre("the file size 19480 is not a whole number of 4096-byte sectors"));
+    EXPECT_THAT(
+        report._problems, ElementsAre("the file size 19480 is not a whole number of 4096-byte sectors"));
     char line[100];
     std::snprintf(line, sizeof line, "   248     4    %04X      ----  BAD (cut short: 3096 of 4096 bytes)\n",
-                  GetU16(bytes, 24 + 2 * 248));
+        GetU16(bytes, 24 + 2 * 248));
     EXPECT_THAT(Printed(report), testing::HasSubstr(line));
 }
 
@@ -142,7 +144,8 @@ TEST(PackVerifierTest, CatchesMissingSectors)
     EXPECT_THAT(BadTargets(report), ElementsAre(247, 248));
     EXPECT_EQ(report._sectors[2]._note, "missing from the file");
     EXPECT_EQ(report._sectors[2]._fileSector, 0u);
-    EXPECT_THAT(report._problems, ElementsAre("the header maps 2 icon and 2 screen sectors, the file holds 2"));
+    EXPECT_THAT(
+        report._problems, ElementsAre("the header maps 2 icon and 2 screen sectors, the file holds 2"));
     EXPECT_THAT(Printed(report), testing::HasSubstr("   247     -    "));
     EXPECT_THAT(Printed(report), testing::HasSubstr("      ----  BAD (missing from the file)\n"));
 }
@@ -161,7 +164,8 @@ TEST(PackVerifierTest, StopsAtAWrongMagic)
     auto const report = Verify(bytes);
     EXPECT_TRUE(report._sectors.empty());
     EXPECT_THAT(report._problems,
-                ElementsAre("wrong magic 0052417A: a pack starts with the bytes 5A 41 52 00 (\"ZAR\" and a zero byte)"));
+        ElementsAre(
+            "wrong magic 0052417A: a pack starts with the bytes 5A 41 52 00 (\"ZAR\" and a zero byte)"));
     EXPECT_THAT(Printed(report), testing::EndsWith("verdict: BAD, 1 problem\n"));
 }
 
@@ -175,16 +179,17 @@ TEST(PackVerifierTest, StopsAtAnUnknownFormatWord)
 TEST(PackVerifierTest, StopsAtAFileWithoutAHeader)
 {
     EXPECT_THAT(Verify(Bytes(100, 0))._problems,
-                ElementsAre("the file holds 100 bytes, less than the 4096-byte header sector"));
-    EXPECT_THAT(Verify(Bytes())._problems, ElementsAre("the file holds 0 bytes, less than the 4096-byte header sector"));
+        ElementsAre("the file holds 100 bytes, less than the 4096-byte header sector"));
+    EXPECT_THAT(Verify(Bytes())._problems,
+        ElementsAre("the file holds 0 bytes, less than the 4096-byte header sector"));
 }
 
 TEST(PackVerifierTest, ReportsAFileLargerThanAPack)
 {
     auto const report = Verify(BuildPack(WorkedExample()), true);
     EXPECT_THAT(report._problems,
-                Contains("the file is larger than a pack can be (1052672 bytes: the header sector and the 256-sector "
-                         "store)"));
+        Contains("the file is larger than a pack can be (1052672 bytes: the header sector and the 256-sector "
+                 "store)"));
 }
 
 TEST(PackVerifierTest, ReportsAFirstSectorBeyondSixteenBits)
@@ -198,7 +203,8 @@ TEST(PackVerifierTest, ReportsCountsThatDisagreeWithTheNames)
 {
     auto bytes = BuildPack(WorkedExample());
     PutU32(bytes, 16, 11);
-    EXPECT_THAT(Verify(bytes)._problems, Contains("the names area holds 13 names for 11 icons and 1 screens"));
+    EXPECT_THAT(
+        Verify(bytes)._problems, Contains("the names area holds 13 names for 11 icons and 1 screens"));
 }
 
 TEST(PackVerifierTest, ReportsIconSectorsThatReachTheScreens)
@@ -208,7 +214,7 @@ TEST(PackVerifierTest, ReportsIconSectorsThatReachTheScreens)
     auto const report = Verify(BuildPack(spec));
     EXPECT_THAT(report._problems, Contains("two sectors map to the same CRC entry 247"));
     EXPECT_THAT(report._problems,
-                Contains("the icon sectors 246 to 247 do not all stay below 247, where the screens begin"));
+        Contains("the icon sectors 246 to 247 do not all stay below 247, where the screens begin"));
     // The screen's CRC overwrote the second icon sector's entry.
     EXPECT_THAT(BadTargets(report), ElementsAre(247));
 }
@@ -221,7 +227,8 @@ TEST(PackVerifierTest, ReportsIconSectorsTheHeaderDoesNotMap)
         spec._icons.push_back(Pattern(1000, k));
     spec._screens.push_back(Pattern(8192, 1));
     auto const report = Verify(BuildPack(spec));
-    EXPECT_THAT(report._problems, Contains("the file holds 5 icon sectors, the header maps 2 ((icons + 9) / 10)"));
+    EXPECT_THAT(
+        report._problems, Contains("the file holds 5 icon sectors, the header maps 2 ((icons + 9) / 10)"));
     EXPECT_FALSE(BadTargets(report).empty());
 }
 
@@ -242,7 +249,8 @@ TEST(PackVerifierTest, ALyingIconCountStaysBounded)
     PutU32(bytes, 16, 0xFFFFFFFF);
     auto const report = Verify(bytes);
     EXPECT_LE(report._sectors.size(), 4u + 256u + 2u);
-    EXPECT_THAT(report._problems, Contains("the header maps 429496730 icon and 2 screen sectors, the file holds 4"));
+    EXPECT_THAT(
+        report._problems, Contains("the header maps 429496730 icon and 2 screen sectors, the file holds 4"));
 }
 
 TEST(PackVerifierTest, HostileHeadersGiveProblemsNotCrashes)

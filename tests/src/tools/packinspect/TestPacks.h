@@ -59,8 +59,7 @@ inline Bytes Pattern(std::size_t size, uint8_t seed)
     return bytes;
 }
 
-struct PackSpec
-{
+struct PackSpec {
     uint32_t _version = 0x01020304;
     uint32_t _firstSector = 12;
     std::vector<Bytes> _icons;
@@ -95,7 +94,7 @@ inline Bytes BuildPack(PackSpec const& spec)
         for (std::size_t start = 0; start < screen.size(); start += sector) {
             std::size_t const piece = std::min(sector, screen.size() - start);
             file.insert(file.end(), screen.begin() + static_cast<std::ptrdiff_t>(start),
-                        screen.begin() + static_cast<std::ptrdiff_t>(start + piece));
+                screen.begin() + static_cast<std::ptrdiff_t>(start + piece));
             closeSector(piece);
         }
     }
@@ -145,7 +144,8 @@ inline PackSpec WorkedExample()
 
 // A 4-bit BMP, bottom-up, with the given palette (16 grey values) and levels (one per pixel, row by
 // row from the top).
-inline Bytes Bmp4(int width, int height, std::array<uint8_t, 16> const& greys, std::vector<uint8_t> const& levels)
+inline Bytes Bmp4(
+    int width, int height, std::array<uint8_t, 16> const& greys, std::vector<uint8_t> const& levels)
 {
     int const stride = ((width * 4 + 31) / 32) * 4;
     std::size_t const dataOffset = 14 + 40 + 64;
@@ -167,7 +167,8 @@ inline Bytes Bmp4(int width, int height, std::array<uint8_t, 16> const& greys, s
         std::size_t const row = dataOffset + static_cast<std::size_t>((height - 1 - y) * stride);
         for (int x = 0; x < width; ++x) {
             uint8_t const level = levels[static_cast<std::size_t>(y * width + x)] & 0x0F;
-            file[row + static_cast<std::size_t>(x / 2)] |= x % 2 == 0 ? static_cast<uint8_t>(level << 4) : level;
+            file[row + static_cast<std::size_t>(x / 2)]
+                |= x % 2 == 0 ? static_cast<uint8_t>(level << 4) : level;
         }
     }
     return file;
@@ -226,8 +227,7 @@ inline std::string ReadText(std::filesystem::path const& path)
 }
 
 // A fresh folder for one test, removed when the test ends.
-class TempFolder
-{
+class TempFolder {
 public:
     TempFolder()
     {
@@ -251,8 +251,7 @@ private:
     std::filesystem::path _path;
 };
 
-struct RunResult
-{
+struct RunResult {
     int _status = -1;
     std::string _output;
 };

@@ -8,15 +8,14 @@
 #include <sstream>
 
 using namespace PackInspectTest;
-using Zar::ResourcesLibrary::Tools::Inspect::TreeChecker;
 using testing::AllOf;
 using testing::Contains;
 using testing::HasSubstr;
+using Zar::ResourcesLibrary::Tools::Inspect::TreeChecker;
 
 namespace {
 
-class RecordingLogger : public zar::logging::ILogger
-{
+class RecordingLogger : public zar::logging::ILogger {
 public:
     void Log(int level, std::string const& message, char const*, unsigned) override
     {
@@ -26,8 +25,7 @@ public:
 };
 
 // A bmp tree in a temporary folder: icons/ and screens/, each with its list.txt.
-class Tree
-{
+class Tree {
 public:
     std::string Root() const { return (_folder / "bmp").string() + "/"; }
     std::string File(std::string const& relative) const { return Root() + relative; }
@@ -38,11 +36,15 @@ public:
     }
     void Screen(std::string const& name)
     {
-        WriteFile(_folder / "bmp/screens" / (name + ".bmp"), Bmp4(256, 64, AscendingGreys(), Ramp(256, 64, 2)));
+        WriteFile(
+            _folder / "bmp/screens" / (name + ".bmp"), Bmp4(256, 64, AscendingGreys(), Ramp(256, 64, 2)));
     }
     void IconList(std::string const& text) { WriteText(_folder / "bmp/icons/list.txt", text); }
     void ScreenList(std::string const& text) { WriteText(_folder / "bmp/screens/list.txt", text); }
-    void Raw(std::string const& relative, Bytes const& bytes) { WriteFile(_folder / "bmp" / relative, bytes); }
+    void Raw(std::string const& relative, Bytes const& bytes)
+    {
+        WriteFile(_folder / "bmp" / relative, bytes);
+    }
 
     // A sound tree: two icons and one screen.
     void MakeSound()
@@ -58,8 +60,7 @@ private:
     TempFolder _folder;
 };
 
-struct Outcome
-{
+struct Outcome {
     std::vector<std::string> _failures;
     std::vector<std::string> _warnings;
     std::string _printed;
@@ -99,8 +100,9 @@ TEST(TreeCheckerTest, ASoundTreePasses)
     EXPECT_TRUE(outcome._failures.empty()) << outcome._printed;
     EXPECT_TRUE(outcome._warnings.empty()) << outcome._printed;
     EXPECT_THAT(outcome._packagerOutput,
-                testing::StartsWith("0.6.0.0, 2 icons at sector 12, 1 screens, 4 sectors, 16384 bytes\ncrc:"));
-    EXPECT_THAT(outcome._printed, HasSubstr("packing every image that loads prints:\n  0.6.0.0, 2 icons at sector 12"));
+        testing::StartsWith("0.6.0.0, 2 icons at sector 12, 1 screens, 4 sectors, 16384 bytes\ncrc:"));
+    EXPECT_THAT(outcome._printed,
+        HasSubstr("packing every image that loads prints:\n  0.6.0.0, 2 icons at sector 12"));
     EXPECT_THAT(outcome._printed, testing::EndsWith("result: 0 failures, 0 warnings\n"));
     EXPECT_TRUE(outcome._logged.empty());
 }
@@ -112,7 +114,7 @@ TEST(TreeCheckerTest, AMissingIconListFails)
     tree.ScreenList("Splash\n");
     auto const outcome = Check(tree);
     EXPECT_THAT(outcome._failures,
-                Contains("icons: Cannot open " + tree.File("icons/list.txt") + " (packager would pack nothing)"));
+        Contains("icons: Cannot open " + tree.File("icons/list.txt") + " (packager would pack nothing)"));
     EXPECT_THAT(outcome._logged, Contains(HasSubstr("Cannot open " + tree.File("icons/list.txt"))));
 }
 
@@ -133,10 +135,10 @@ TEST(TreeCheckerTest, AMissingFileFailsWithItsIndexNameAndFile)
     auto const outcome = Check(tree);
     ASSERT_EQ(outcome._failures.size(), 1u) << outcome._printed;
     EXPECT_THAT(outcome._failures[0],
-                AllOf(testing::StartsWith(Describe("icon", 3, "Gone", tree.File("icons/Gone.bmp")) + ": "),
-                      HasSubstr("cannot open")));
+        AllOf(testing::StartsWith(Describe("icon", 3, "Gone", tree.File("icons/Gone.bmp")) + ": "),
+            HasSubstr("cannot open")));
     EXPECT_THAT(outcome._warnings,
-                Contains("packager stops after the icons when one of them fails to load: it would pack no screen"));
+        Contains("packager stops after the icons when one of them fails to load: it would pack no screen"));
     EXPECT_THAT(outcome._printed, HasSubstr("FAIL icon index 3, name Gone"));
     EXPECT_THAT(outcome._printed, HasSubstr("result: 1 failure, 1 warning\n"));
 }
@@ -148,8 +150,9 @@ TEST(TreeCheckerTest, AForbiddenNameFails)
     tree.Icon("Play-Pause");
     tree.IconList("Play\nPlay-Pause\n");
     auto const outcome = Check(tree);
-    EXPECT_THAT(outcome._failures, testing::ElementsAre(Describe("icon", 3, "Play-Pause", tree.File("icons/Play-Pause.bmp"))
-                                                        + ": name cannot contain -\".,'"));
+    EXPECT_THAT(outcome._failures,
+        testing::ElementsAre(Describe("icon", 3, "Play-Pause", tree.File("icons/Play-Pause.bmp"))
+            + ": name cannot contain -\".,'"));
 }
 
 TEST(TreeCheckerTest, ABrokenBitmapFailsWithTheLoadersReason)
@@ -161,8 +164,9 @@ TEST(TreeCheckerTest, ABrokenBitmapFailsWithTheLoadersReason)
     tree.Raw("icons/Broken.bmp", broken);
     tree.IconList("Play\nBroken.bmp\n");
     auto const outcome = Check(tree);
-    EXPECT_THAT(outcome._failures, testing::ElementsAre(Describe("icon", 3, "Broken", tree.File("icons/Broken.bmp"))
-                                                        + ": Wrong Bmp file magic 0x4142"));
+    EXPECT_THAT(outcome._failures,
+        testing::ElementsAre(
+            Describe("icon", 3, "Broken", tree.File("icons/Broken.bmp")) + ": Wrong Bmp file magic 0x4142"));
 }
 
 TEST(TreeCheckerTest, ABrokenScreenFailsThoughPackagerSkipsIt)
@@ -172,8 +176,9 @@ TEST(TreeCheckerTest, ABrokenScreenFailsThoughPackagerSkipsIt)
     tree.Raw("screens/Bad.bmp", Bytes(10, 'B'));
     tree.ScreenList("Splash\nBad\n");
     auto const outcome = Check(tree);
-    EXPECT_THAT(outcome._failures, testing::ElementsAre(Describe("screen", 3, "Bad", tree.File("screens/Bad.bmp"))
-                                                        + ": source too small 10 (packager skips this screen without a word)"));
+    EXPECT_THAT(outcome._failures,
+        testing::ElementsAre(Describe("screen", 3, "Bad", tree.File("screens/Bad.bmp"))
+            + ": source too small 10 (packager skips this screen without a word)"));
     EXPECT_TRUE(outcome._warnings.empty());
 }
 
@@ -184,8 +189,9 @@ TEST(TreeCheckerTest, AnIconAfterAScreenFails)
     tree.Raw("icons/Big.bmp", Bmp4(256, 64, AscendingGreys(), Ramp(256, 64, 0)));
     tree.IconList("Big\nPlay\n");
     auto const outcome = Check(tree);
-    EXPECT_THAT(outcome._failures, Contains(Describe("icon", 3, "Play", tree.File("icons/Play.bmp"))
-                                            + ": PostCondition !_screensCount Cannot add icons after screens"));
+    EXPECT_THAT(outcome._failures,
+        Contains(Describe("icon", 3, "Play", tree.File("icons/Play.bmp"))
+            + ": PostCondition !_screensCount Cannot add icons after screens"));
 }
 
 TEST(TreeCheckerTest, AnEmptyImageFails)
@@ -195,8 +201,9 @@ TEST(TreeCheckerTest, AnEmptyImageFails)
     tree.Raw("icons/blank.txt", Bytes { 'a', 'b', 'c' });
     tree.IconList("Play\nblank.txt\n");
     auto const outcome = Check(tree);
-    EXPECT_THAT(outcome._failures, testing::ElementsAre(Describe("icon", 3, "blank", tree.File("icons/blank.txt"))
-                                                        + ": loads as an empty image, which packager skips without a word"));
+    EXPECT_THAT(outcome._failures,
+        testing::ElementsAre(Describe("icon", 3, "blank", tree.File("icons/blank.txt"))
+            + ": loads as an empty image, which packager skips without a word"));
 }
 
 TEST(TreeCheckerTest, WarnsOfAPaletteThatIsNotAGreyRamp)
@@ -211,9 +218,9 @@ TEST(TreeCheckerTest, WarnsOfAPaletteThatIsNotAGreyRamp)
     auto const outcome = Check(tree);
     EXPECT_TRUE(outcome._failures.empty()) << outcome._printed;
     EXPECT_THAT(outcome._warnings,
-                testing::ElementsAre(Describe("icon", 3, "Odd", tree.File("icons/Odd.bmp"))
-                                     + ": the 4-bit palette is neither the ascending nor the descending 16-level grey "
-                                       "ramp; its pixels come out as palette indices, not greys"));
+        testing::ElementsAre(Describe("icon", 3, "Odd", tree.File("icons/Odd.bmp"))
+            + ": the 4-bit palette is neither the ascending nor the descending 16-level grey "
+              "ramp; its pixels come out as palette indices, not greys"));
     EXPECT_THAT(outcome._printed, HasSubstr("WARN icon index 3, name Odd"));
 }
 
@@ -238,7 +245,8 @@ TEST(TreeCheckerTest, WarnsOfNamesOverflowingTheNamesArea)
     }
     tree.IconList(list);
     auto const outcome = Check(tree);
-    EXPECT_THAT(outcome._warnings, Contains("the names need 3622 bytes, more than the 3552 of the names area"));
+    EXPECT_THAT(
+        outcome._warnings, Contains("the names need 3622 bytes, more than the 3552 of the names area"));
     EXPECT_THAT(outcome._failures, Contains("closing the pack: PreCondition next <= capacity"));
 }
 
@@ -253,8 +261,10 @@ TEST(TreeCheckerTest, WarnsOfIconsRunningIntoTheScreens)
     }
     tree.IconList(list);
     auto const outcome = Check(tree, 246);
-    EXPECT_THAT(outcome._warnings, Contains("the icons need sectors 246 to 247, which runs into the screens' sectors from 247 on"));
-    EXPECT_THAT(outcome._failures, Contains("the pack would not verify: two sectors map to the same CRC entry 247"));
+    EXPECT_THAT(outcome._warnings,
+        Contains("the icons need sectors 246 to 247, which runs into the screens' sectors from 247 on"));
+    EXPECT_THAT(
+        outcome._failures, Contains("the pack would not verify: two sectors map to the same CRC entry 247"));
 }
 
 TEST(TreeCheckerTest, WarnsOfScreensPastTheStore)
@@ -269,8 +279,10 @@ TEST(TreeCheckerTest, WarnsOfScreensPastTheStore)
     }
     tree.ScreenList(list);
     auto const outcome = Check(tree);
-    EXPECT_THAT(outcome._warnings, Contains("the screens need sectors 247 to 256, past the 256-sector store"));
-    EXPECT_THAT(outcome._failures, Contains(HasSubstr("the pack would not verify: sector 256 does not match its CRC")));
+    EXPECT_THAT(
+        outcome._warnings, Contains("the screens need sectors 247 to 256, past the 256-sector store"));
+    EXPECT_THAT(outcome._failures,
+        Contains(HasSubstr("the pack would not verify: sector 256 does not match its CRC")));
 }
 
 TEST(TreeCheckerTest, SmallIconsBreakTheCrcTable)
@@ -282,13 +294,13 @@ TEST(TreeCheckerTest, SmallIconsBreakTheCrcTable)
     std::string list;
     for (int k = 0; k < 11; ++k) {
         WriteFile(std::filesystem::path(tree.File("icons/Small" + std::to_string(k) + ".bmp")),
-                  Bmp4(16, 16, AscendingGreys(), Ramp(16, 16, k)));
+            Bmp4(16, 16, AscendingGreys(), Ramp(16, 16, k)));
         list += "Small" + std::to_string(k) + "\n";
     }
     tree.IconList(list);
     auto const outcome = Check(tree);
     EXPECT_THAT(outcome._failures,
-                Contains("closing the pack: PostCondition static_cast<size_t>(sectorCount) <= _crcTable.size()"));
+        Contains("closing the pack: PostCondition static_cast<size_t>(sectorCount) <= _crcTable.size()"));
     EXPECT_THAT(outcome._failures, Contains(HasSubstr("the pack would not verify: wrong magic FFFFFFFF")));
 }
 
