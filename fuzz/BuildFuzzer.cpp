@@ -7,9 +7,11 @@
 //     counts that match the names stored in its names area;
 //   - a header that was not written (Build threw while laying it out) is still all 0xFF;
 //   - when every image that loads has the display's geometry (32 x 24 icons of 384 bytes, 256 x 64
-//     screens of 8192 bytes), the layout the header describes is exact and every recorded CRC
-//     matches its sector. Other geometries lie outside the pack's layout contract (the header
-//     assumes ten icons to a sector and two sectors to a screen), so only the checks above apply.
+//     screens of 8192 bytes) and a UTF-8 name, the layout the header describes is exact and every
+//     recorded CRC matches its sector. Other inputs lie outside the pack's layout contract, so only
+//     the checks above apply: the header assumes ten icons to a sector and two sectors to a screen,
+//     and a screen that fails after closing the icon sector (because the icons' generated files
+//     cannot be written for a name that is not UTF-8) leaves that sector short of ten icons.
 
 #include "FuzzCheck.h"
 #include "ScratchFolder.h"
@@ -17,6 +19,8 @@
 #include "Zar/Lt/Core/Version32.h"
 #include "Zar/ResourcesLibrary/Image/FileFormat.h"
 #include "Zar/ResourcesLibrary/Image/InputSequence.h"
+
+#include <utf8.h>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -275,7 +279,7 @@ void WriteFolder(ByteReader& reader, fs::path const& folder, int maxImages)
 }
 
 // Loads a folder's list exactly as Build will (same sequence, same loaders) and tells whether
-// every image that loads has one of the two sizes of the layout contract.
+// every image that loads has one of the two sizes of the layout contract and a UTF-8 name.
 bool LoadsWithinContract(fs::path const& folder)
 {
     InputSequence sequence(FileFormat::None, folder.string() + "/", "%04", true);
@@ -283,8 +287,9 @@ bool LoadsWithinContract(fs::path const& folder)
     try {
         sequence.AddList(folder.string() + "/list.txt");
         sequence.LoadAll(
-            [&within](int, std::string_view const&, MutableImage& image) {
-                within = within && (image.GetSize() == IconSize || image.GetSize() == ScreenSize);
+            [&within](int, std::string_view const& name, MutableImage& image) {
+                within = within && (image.GetSize() == IconSize || image.GetSize() == ScreenSize)
+                    && utf8::is_valid(name.begin(), name.end());
                 return true;
             },
             1);
