@@ -57,11 +57,12 @@ public:
     // always NUL-terminated when size > 0, cut where it does not fit). Only the first integer
     // conversion is formatted; any other conversion is copied as plain text.
     static void FormatIndex(char* buffer, size_t size, std::string const& pattern, int index);
-    // The pattern itself, or "%04d" when it has no conversion to put the index in.
+    // The pattern itself, or "%04d" when it holds no '%' to put the index in.
     static std::string PatternOrDefault(std::string const& pattern);
     // The path's last extension, dot included, when it is a usable one: at least one character
     // after the last '.', which is not a second '.', and no '/' after it. Otherwise empty.
     static std::string_view UsableExtension(std::string_view path) noexcept;
+
     static std::unique_ptr<Input> Create(FileFormat format, ImageFormat imageFormat, std::string&& folder,
         std::string&& name);
     static std::unique_ptr<Input> Create(char const* path);
