@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstring>
 #include <fstream>
+#include <optional>
 #include <string>
 
 using Zar::ResourcesLibrary::ResourcesLibraryException;
@@ -77,6 +78,22 @@ std::string FormatName(ImageFormat format)
 {
     auto const value = static_cast<unsigned>(format);
     return value > 11 ? "Undefined" : ImageFormatHelper::GetString(value);
+}
+
+// The bytes a stream still holds from its position on, when it can tell (file and string streams
+// can); nothing when it cannot seek. The position is left where it was.
+std::optional<uint64_t> RemainingBytes(std::istream& stream)
+{
+    std::streampos const here = stream.tellg();
+    if (here == std::streampos(-1))
+        return std::nullopt;
+    stream.seekg(0, std::ios::end);
+    std::streampos const end = stream.tellg();
+    stream.clear();
+    stream.seekg(here);
+    if (end == std::streampos(-1) || end < here || !stream)
+        return std::nullopt;
+    return static_cast<uint64_t>(end - here);
 }
 
 // Palette entry 0 counts only when its three colour bytes lie inside the header block.
@@ -224,12 +241,18 @@ MutableImage BmpInput::ReadData(std::istream& stream, std::vector<uint8_t> const
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
             "Invalid bpp " + std::to_string(static_cast<int>(bits)) + " (only bmp mono & grayscale 16 colors)");
 
-    // The pixel data is read before the image is made, so that only data the file really holds
-    // leads to an allocation.
-    std::vector<uint8_t> const data = ReadAvailable(stream, dataSize);
-    if (data.size() < dataSize)
+    // The pixel data must be in the file before the image is made, so that only data the file
+    // really holds leads to an allocation. 1-bit data grows four times when decoded, so where the
+    // stream can tell what it still holds, it is checked there and decoded a line at a time rather
+    // than held whole beside the image.
+    std::optional<uint64_t> const remaining = bits == 1 ? RemainingBytes(stream) : std::nullopt;
+    std::vector<uint8_t> data;
+    if (!remaining)
+        data = ReadAvailable(stream, dataSize);
+    uint64_t const available = remaining ? std::min(*remaining, dataSize) : data.size();
+    if (available < dataSize)
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
-            "Cannot read image data " + std::to_string(data.size()) + "/" + std::to_string(dataSize));
+            "Cannot read image data " + std::to_string(available) + "/" + std::to_string(dataSize));
     uint64_t const imageSize = uint64_t { info.Stride() } * height;
     uint64_t const imageSizeLimit = 4 * dataSize + ImageSizeAllowance;
     if (imageSize > imageSizeLimit)
@@ -260,9 +283,19 @@ MutableImage BmpInput::ReadData(std::istream& stream, std::vector<uint8_t> const
     uint64_t const lines = std::min<uint64_t>(height, MonoLineCounterRange);
     if (width == 0 || sourceStride == 0)
         return image;
-    for (uint64_t y = 0; y < lines; ++y) {
-        uint64_t const sourceLine = info.IsBottomUp() ? height - 1 - y : y;
-        uint8_t const* source = data.data() + sourceLine * sourceStride;
+    std::vector<uint8_t> line(remaining ? static_cast<size_t>(sourceStride) : 0);
+    // Source lines in file order; a bottom-up file stores the last output line first.
+    for (uint64_t sourceLine = 0; sourceLine < height; ++sourceLine) {
+        uint8_t const* source = line.data();
+        if (!remaining)
+            source = data.data() + sourceLine * sourceStride;
+        else if (size_t const got = Read(stream, line.data(), line.size()); got < line.size())
+            throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
+                "Cannot read image data " + std::to_string(sourceLine * sourceStride + got) + "/"
+                    + std::to_string(dataSize));
+        uint64_t const y = info.IsBottomUp() ? height - 1 - sourceLine : sourceLine;
+        if (y >= lines)
+            continue;
         uint8_t* output = image.Buffer().data() + y * outputStride;
         for (uint64_t i = 1; 4 * i <= outputStride; ++i) {
             uint8_t const b = source[i - 1];
