@@ -934,6 +934,9 @@ struct FirstValueCase
     int32_t firstSector;
     std::string cppLine;
     std::string pythonLine;
+
+    // Names the test case after its sector rather than its bytes.
+    friend void PrintTo(FirstValueCase const& value, std::ostream* out) { *out << "sector " << value.firstSector; }
 };
 
 class IconValuesTest
@@ -976,6 +979,9 @@ struct WriterCase
     std::function<void(PackExporter&, EnumerationOption const&)> write;
     std::string function;
     uint32_t line;
+
+    // Names the test case after the file it blocks rather than its bytes.
+    friend void PrintTo(WriterCase const& value, std::ostream* out) { *out << value.blockedFile; }
 };
 
 class CannotSaveTest
