@@ -283,7 +283,8 @@ MutableImage BmpInput::ReadData(std::istream& stream, std::vector<uint8_t> const
     uint64_t const lines = std::min<uint64_t>(height, MonoLineCounterRange);
     if (width == 0 || sourceStride == 0)
         return image;
-    std::vector<uint8_t> line(remaining ? static_cast<size_t>(sourceStride) : 0);
+    // One source line is backed by the file only when there is at least one line.
+    std::vector<uint8_t> line(remaining && height > 0 ? static_cast<size_t>(sourceStride) : 0);
     // Source lines in file order; a bottom-up file stores the last output line first.
     for (uint64_t sourceLine = 0; sourceLine < height; ++sourceLine) {
         uint8_t const* source = line.data();

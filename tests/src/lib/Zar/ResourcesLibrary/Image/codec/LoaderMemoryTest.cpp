@@ -259,6 +259,13 @@ TEST_F(LoaderMemoryTest, NarrowTallImagesStayWithinTheBound)
     LoadWithinBound(FileFormat::Bmp, Save("narrowtop.bmp", DeclaredOnly(7, -(1 << 26), 1, 0).Bytes()));
 }
 
+TEST_F(LoaderMemoryTest, WideImageWithoutLinesStaysWithinTheBound)
+{
+    // Found by fuzzing: a line of 197 MB declared by a 94-byte file, in an image of no lines.
+    LoadOutcome const outcome = LoadBmpWithinBound("nolines.bmp", DeclaredOnly(0x5E000010, 0, 1, 32));
+    EXPECT_FALSE(outcome.threw) << outcome.message;
+}
+
 TEST_F(LoaderMemoryTest, MonochromeFileGrowsFourTimesAtMost)
 {
     // Every source byte becomes four image bytes: a 2 MiB monochrome file loads into 8 MiB.
