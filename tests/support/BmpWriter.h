@@ -9,9 +9,7 @@
 //   std::vector<uint8_t> bytes = bmp.Bytes();
 
 #include <cstdint>
-#include <fstream>
 #include <optional>
-#include <string>
 #include <vector>
 
 namespace TestSupport {
@@ -165,14 +163,6 @@ public:
         if (truncateTo && *truncateTo < bytes.size())
             bytes.resize(*truncateTo);
         return bytes;
-    }
-
-    void Save(std::string const& path) const { SaveBytes(path, Bytes()); }
-
-    static void SaveBytes(std::string const& path, std::vector<uint8_t> const& bytes)
-    {
-        std::ofstream file(path, std::ios::binary | std::ios::trunc);
-        file.write(reinterpret_cast<char const*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
     }
 
     static void Put16(std::vector<uint8_t>& out, uint32_t value)

@@ -5,6 +5,7 @@
 #include "CppEnumerationOutput.h"
 #include "HelperEnumerationOutput.h"
 #include "PythonEnumerationOutput.h"
+#include "TemporaryFolder.h"
 
 #include "Zar/Lt/Core/StringCollection/StringCollection.h"
 
@@ -12,14 +13,14 @@
 
 #include <array>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 #include <stdexcept>
 #include <string>
 #include <sys/wait.h>
 
+using TestSupport::TemporaryFolder;
+using TestSupport::WriteFile;
 using Zar::Lt::Core::StringCollection;
 using Zar::ResourcesLibrary::Tools::CppEnumerationOutput;
 using Zar::ResourcesLibrary::Tools::EnumerationOption;
@@ -29,31 +30,6 @@ using Zar::ResourcesLibrary::Tools::PythonEnumerationOutput;
 namespace {
 
 namespace fs = std::filesystem;
-
-// A fresh folder under the system's temporary folder, removed with everything in it at the end.
-class TemporaryFolder
-{
-public:
-    TemporaryFolder()
-    {
-        std::string pattern = (fs::temp_directory_path() / "generated-sources-XXXXXX").string();
-        if (mkdtemp(pattern.data()) == nullptr)
-            throw std::runtime_error("Cannot create a temporary folder");
-        _path = pattern;
-    }
-    ~TemporaryFolder()
-    {
-        std::error_code ignored;
-        fs::remove_all(_path, ignored);
-    }
-    TemporaryFolder(TemporaryFolder const&) = delete;
-    TemporaryFolder& operator=(TemporaryFolder const&) = delete;
-
-    fs::path const& Path() const { return _path; }
-
-private:
-    fs::path _path;
-};
 
 struct CommandResult
 {
@@ -79,12 +55,6 @@ CommandResult RunCommand(std::string const& command)
 std::string Quoted(fs::path const& path)
 {
     return "'" + path.string() + "'";
-}
-
-void WriteFile(fs::path const& path, std::string const& text)
-{
-    std::ofstream file(path, std::ios::binary | std::ios::trunc);
-    file << text;
 }
 
 // Drives a writer the way the exporter does and returns the file's text.

@@ -1,6 +1,7 @@
 #include "PackExporter.h"
 
 #include "PackReader.h"
+#include "ScopedWorkingDirectory.h"
 #include "TemporaryFolder.h"
 #include "TestImages.h"
 
@@ -24,6 +25,7 @@
 namespace {
 
 using namespace PackagerTests;
+using namespace TestSupport;
 using testing::HasSubstr;
 using Zar::Lt::Core::Version32;
 using Zar::Lt::Exceptions::PostCondition;

@@ -4,7 +4,7 @@
 // to have once framed, and small BMP files (4-bit and 1-bit) written the way drawing programs
 // write them.
 
-#include "TemporaryFolder.h"
+#include "FileContents.h"
 
 #include "Zar/ResourcesLibrary/Image/ImageFormat.h"
 #include "Zar/ResourcesLibrary/Image/MutableImage.h"
@@ -127,14 +127,14 @@ inline void WriteGray4Bmp(std::filesystem::path const& path, MutableImage const&
         auto const begin = image.Buffer().begin() + static_cast<std::ptrdiff_t>(y * stride);
         rows.emplace_back(begin, begin + static_cast<std::ptrdiff_t>(stride));
     }
-    WriteFile(path, Detail::BmpFile(width, height, 4, palette, rows));
+    TestSupport::WriteFile(path, Detail::BmpFile(width, height, 4, palette, rows));
 }
 
 // Writes a 1-bit BMP (entry 0 black, entry 1 white) whose rows are given as bytes, 8 pixels a byte.
 inline void WriteMonoBmp(std::filesystem::path const& path, int width, int height,
     std::vector<std::vector<uint8_t>> const& rows)
 {
-    WriteFile(path, Detail::BmpFile(width, height, 1, { 0x000000, 0xFFFFFF }, rows));
+    TestSupport::WriteFile(path, Detail::BmpFile(width, height, 1, { 0x000000, 0xFFFFFF }, rows));
 }
 
 } // namespace PackagerTests

@@ -21,6 +21,7 @@
 namespace {
 
 using namespace PackagerTests;
+using namespace TestSupport;
 using testing::StartsWith;
 
 constexpr char kHelp[] = "packager version 0.5.0.5\n"

@@ -3,6 +3,7 @@
 
 #include "PackReader.h"
 #include "RecordingLogger.h"
+#include "ScopedWorkingDirectory.h"
 #include "TemporaryFolder.h"
 #include "TestImages.h"
 
@@ -29,6 +30,7 @@ void Build(Zar::Lt::Core::Version32 const& version, std::string const& root, std
 namespace {
 
 using namespace PackagerTests;
+using namespace TestSupport;
 using testing::HasSubstr;
 using testing::StartsWith;
 using Zar::Lt::Core::Version32;

@@ -1,17 +1,20 @@
 #include "BmpPalette.h"
 
+#include "TemporaryFolder.h"
 #include "TestPacks.h"
 
 #include <gtest/gtest.h>
 
 using namespace PackInspectTest;
+using TestSupport::TemporaryFolder;
+using TestSupport::WriteFile;
 using Zar::ResourcesLibrary::Tools::Inspect::BmpPalette;
 
 namespace {
 
 BmpPalette::Kind ClassifyBytes(Bytes const& bytes)
 {
-    TempFolder folder;
+    TemporaryFolder folder;
     WriteFile(folder / "image.bmp", bytes);
     return BmpPalette::Classify((folder / "image.bmp").string());
 }

@@ -3,6 +3,7 @@
 #include "ContactSheet.h"
 #include "PackFile.h"
 #include "PackLayout.h"
+#include "TemporaryFolder.h"
 #include "TestPacks.h"
 
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
@@ -17,6 +18,10 @@
 #include <sstream>
 
 using namespace PackInspectTest;
+using TestSupport::TemporaryFolder;
+using TestSupport::ReadBytes;
+using TestSupport::ReadText;
+using TestSupport::WriteFile;
 using testing::HasSubstr;
 using testing::StartsWith;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
@@ -55,7 +60,7 @@ public:
     std::string In(std::string const& name) const { return (_folder / name).string(); }
 
 private:
-    TempFolder _folder;
+    TemporaryFolder _folder;
 };
 
 // The folder of a packager run on the project's example resources.
@@ -77,7 +82,7 @@ public:
     }
 
 private:
-    TempFolder _folder;
+    TemporaryFolder _folder;
     RunResult _packager;
 };
 
@@ -317,14 +322,14 @@ TEST(CommandLineTest, CheckRefusesABadSectorAndTwoFolders)
 
 TEST(CommandLineTest, CheckReportsFailuresInItsExitStatus)
 {
-    TempFolder folder;
+    TemporaryFolder folder;
     WriteFile(folder / "bmp/icons/Play.bmp", Bmp4(32, 24, AscendingGreys(), Ramp(32, 24, 0)));
-    WriteText(folder / "bmp/icons/list.txt", "Play\n");
+    WriteFile(folder / "bmp/icons/list.txt", "Play\n");
     auto const sound = Inspect({ "check", (folder / "bmp").string() });
     EXPECT_EQ(sound._status, 0) << sound._out;
     EXPECT_THAT(sound._out, testing::EndsWith("result: 0 failures, 0 warnings\n"));
 
-    WriteText(folder / "bmp/icons/list.txt", "Play\nMissing\n");
+    WriteFile(folder / "bmp/icons/list.txt", "Play\nMissing\n");
     auto const failing = Inspect({ "check", "--sector", "20", (folder / "bmp").string() });
     EXPECT_EQ(failing._status, 1);
     EXPECT_THAT(failing._out, HasSubstr("FAIL icon index 3, name Missing"));
@@ -351,7 +356,7 @@ TEST(EndToEndTest, VerifyPassesWhatPackagerWrote)
 TEST(EndToEndTest, VerifyFailsOnCorruptedCopies)
 {
     ExampleRun const run;
-    auto const good = ReadFile(run.Pack());
+    auto const good = ReadBytes(run.Pack());
     struct Damage {
         char const* _what;
         std::size_t _offset;
@@ -429,7 +434,7 @@ TEST(EndToEndTest, RenderDrawsTheDecodedLevels)
     QImage const image(QString::fromStdString((run.Folder() / "sheet.png").string()));
     ASSERT_FALSE(image.isNull());
 
-    auto const bytes = ReadFile(run.Pack());
+    auto const bytes = ReadBytes(run.Pack());
     PackFile const pack(bytes);
     auto const sheet = ContactSheet::Lay(
         pack, PackLayout::Compute(pack.Header(), ImageGeometry(32, 24), ImageGeometry(256, 64)));
@@ -463,7 +468,7 @@ TEST(EndToEndTest, CheckPassesTheExamples)
 TEST(EndToEndTest, CheckLogsFailuresToStandardError)
 {
     ExampleRun const run;
-    WriteText(run.Folder() / "bmp/icons/list.txt", "Play\nNowhere\n");
+    WriteFile(run.Folder() / "bmp/icons/list.txt", "Play\nNowhere\n");
     auto const result
         = PackInspectTest::Run(run.Folder(), "('" + PackinspectPath() + "' check bmp 2>err.txt)");
     EXPECT_EQ(result._status, 1);

@@ -1,5 +1,6 @@
 #include "PackFile.h"
 
+#include "TemporaryFolder.h"
 #include "TestPacks.h"
 
 #include "Zar/Lt/Exceptions/PreCondition.h"
@@ -9,12 +10,14 @@
 #include <gtest/gtest.h>
 
 using namespace PackInspectTest;
+using TestSupport::TemporaryFolder;
+using TestSupport::WriteFile;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
 using Zar::ResourcesLibrary::Tools::Inspect::PackFile;
 
 TEST(PackFileTest, LoadsAFileWhole)
 {
-    TempFolder folder;
+    TemporaryFolder folder;
     auto const bytes = BuildPack(WorkedExample());
     WriteFile(folder / "oled.pack", bytes);
     auto const pack = PackFile::Load((folder / "oled.pack").string());
@@ -28,7 +31,7 @@ TEST(PackFileTest, LoadsAFileWhole)
 
 TEST(PackFileTest, AMissingFileCannotBeOpened)
 {
-    TempFolder folder;
+    TemporaryFolder folder;
     std::string const path = (folder / "none.pack").string();
     EXPECT_THAT([&] { PackFile::Load(path); },
         testing::ThrowsMessage<ResourcesLibraryException>(testing::StrEq("Cannot open " + path)));
@@ -36,14 +39,14 @@ TEST(PackFileTest, AMissingFileCannotBeOpened)
 
 TEST(PackFileTest, AFolderCannotBeRead)
 {
-    TempFolder folder;
+    TemporaryFolder folder;
     std::string const path = folder.Path().string();
     EXPECT_THROW(PackFile::Load(path), ResourcesLibraryException);
 }
 
 TEST(PackFileTest, ReadsNoMoreThanAPackCanHold)
 {
-    TempFolder folder;
+    TemporaryFolder folder;
     WriteFile(folder / "big.pack", Bytes(258 * 4096, 0xFF));
     auto const pack = PackFile::Load((folder / "big.pack").string());
     EXPECT_TRUE(pack.IsTooLarge());

@@ -1,16 +1,13 @@
 #pragma once
 
-// Test helpers of the packinspect tests: pack files and BMP files built byte by byte, temporary
-// folders, and running the built tools.
+// Test helpers of the packinspect tests: pack files and BMP files built byte by byte, and running
+// the built tools.
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -199,57 +196,6 @@ inline std::vector<uint8_t> Ramp(int width, int height, int seed)
             levels.push_back(static_cast<uint8_t>((x + 3 * y + seed) % 16));
     return levels;
 }
-
-inline void WriteFile(std::filesystem::path const& path, Bytes const& bytes)
-{
-    std::filesystem::create_directories(path.parent_path());
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out.write(reinterpret_cast<char const*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-}
-
-inline void WriteText(std::filesystem::path const& path, std::string const& text)
-{
-    std::filesystem::create_directories(path.parent_path());
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out << text;
-}
-
-inline Bytes ReadFile(std::filesystem::path const& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return Bytes(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
-
-inline std::string ReadText(std::filesystem::path const& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
-
-// A fresh folder for one test, removed when the test ends.
-class TempFolder {
-public:
-    TempFolder()
-    {
-        std::string pattern = (std::filesystem::temp_directory_path() / "packinspect-test-XXXXXX").string();
-        if (!mkdtemp(pattern.data()))
-            throw std::runtime_error("mkdtemp failed");
-        _path = pattern;
-    }
-    ~TempFolder()
-    {
-        std::error_code ignored;
-        std::filesystem::remove_all(_path, ignored);
-    }
-    TempFolder(TempFolder const&) = delete;
-    TempFolder& operator=(TempFolder const&) = delete;
-
-    std::filesystem::path const& Path() const { return _path; }
-    std::filesystem::path operator/(std::string const& name) const { return _path / name; }
-
-private:
-    std::filesystem::path _path;
-};
 
 struct RunResult {
     int _status = -1;

@@ -1,5 +1,6 @@
 #include "TreeChecker.h"
 
+#include "TemporaryFolder.h"
 #include "TestPacks.h"
 
 #include <gmock/gmock.h>
@@ -8,6 +9,8 @@
 #include <sstream>
 
 using namespace PackInspectTest;
+using TestSupport::TemporaryFolder;
+using TestSupport::WriteFile;
 using testing::AllOf;
 using testing::Contains;
 using testing::HasSubstr;
@@ -39,8 +42,8 @@ public:
         WriteFile(
             _folder / "bmp/screens" / (name + ".bmp"), Bmp4(256, 64, AscendingGreys(), Ramp(256, 64, 2)));
     }
-    void IconList(std::string const& text) { WriteText(_folder / "bmp/icons/list.txt", text); }
-    void ScreenList(std::string const& text) { WriteText(_folder / "bmp/screens/list.txt", text); }
+    void IconList(std::string const& text) { WriteFile(_folder / "bmp/icons/list.txt", text); }
+    void ScreenList(std::string const& text) { WriteFile(_folder / "bmp/screens/list.txt", text); }
     void Raw(std::string const& relative, Bytes const& bytes)
     {
         WriteFile(_folder / "bmp" / relative, bytes);
@@ -57,7 +60,7 @@ public:
     }
 
 private:
-    TempFolder _folder;
+    TemporaryFolder _folder;
 };
 
 struct Outcome {

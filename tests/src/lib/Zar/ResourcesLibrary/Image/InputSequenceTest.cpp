@@ -1,6 +1,7 @@
 #include "Zar/ResourcesLibrary/Image/InputSequence.h"
 
 #include "BmpWriter.h"
+#include "TemporaryFolder.h"
 
 #include "Zar/ResourcesLibrary/Image/codec/BmpInput.h"
 #include "Zar/ResourcesLibrary/Image/codec/DetectInput.h"
@@ -9,15 +10,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <stdexcept>
 #include <string>
 #include <tuple>
 #include <vector>
 
 using TestSupport::BmpWriter;
+using TestSupport::TemporaryFolder;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
 using Zar::ResourcesLibrary::Image::DetectInput;
 using Zar::ResourcesLibrary::Image::FileFormat;
@@ -32,37 +31,11 @@ namespace {
 
 char const* const SourceFile = "src/lib/Zar/ResourcesLibrary/Image/InputSequence";
 
-// A folder of its own under the system's temporary folder, removed with everything in it. Its path
-// holds no dot, so that the paths made in it have no extension by accident.
-class TemporaryFolder
+// A one-line 8-pixel BMP whose pixels are the bits of the given byte.
+std::string WriteBmp(TemporaryFolder const& folder, std::string const& name, uint8_t pixels)
 {
-public:
-    TemporaryFolder()
-    {
-        std::string pattern = (std::filesystem::temp_directory_path() / "input-sequence-XXXXXX").string();
-        _path = ::mkdtemp(pattern.data());
-    }
-    ~TemporaryFolder() { std::filesystem::remove_all(_path); }
-
-    // The folder with a trailing '/', as the tool gives its bmp folders.
-    std::string Prefix() const { return _path.string() + "/"; }
-    std::string PathOf(std::string const& name) const { return (_path / name).string(); }
-    std::string Write(std::string const& name, std::string const& content) const
-    {
-        std::filesystem::create_directories(std::filesystem::path(PathOf(name)).parent_path());
-        std::ofstream(PathOf(name), std::ios::binary) << content;
-        return PathOf(name);
-    }
-    std::string WriteBmp(std::string const& name, uint8_t pixels) const
-    {
-        std::filesystem::create_directories(std::filesystem::path(PathOf(name)).parent_path());
-        BmpWriter::Mono(8, { { pixels } }, BmpWriter::BlackFirst).Save(PathOf(name));
-        return PathOf(name);
-    }
-
-private:
-    std::filesystem::path _path;
-};
+    return folder.Write(name, BmpWriter::Mono(8, { { pixels } }, BmpWriter::BlackFirst).Bytes());
+}
 
 using Call = std::tuple<int, std::string>;
 
@@ -224,8 +197,8 @@ TEST(InputSequenceTest, ALoaderMakesTheInputUsable)
 TEST(InputSequenceTest, LoadAllNumbersTheItemsFromStartPlusOne)
 {
     TemporaryFolder folder;
-    folder.WriteBmp("a.bmp", 0x0F);
-    folder.WriteBmp("b.bmp", 0xF0);
+    WriteBmp(folder, "a.bmp", 0x0F);
+    WriteBmp(folder, "b.bmp", 0xF0);
     folder.Write("dir/c.txt", "X X \n XX \n");
     InputSequence sequence(FileFormat::None, folder.Prefix(), "%04", true);
     for (char const* item : { "a.bmp", "b", "dir/c.txt" })
@@ -240,7 +213,7 @@ TEST(InputSequenceTest, LoadAllNumbersTheItemsFromStartPlusOne)
 TEST(InputSequenceTest, AFailedItemUsesUpItsNumberAndIsReportedAtTheEnd)
 {
     TemporaryFolder folder;
-    folder.WriteBmp("a.bmp", 0x0F);
+    WriteBmp(folder, "a.bmp", 0x0F);
     folder.Write("b.bmp", "BA and more than fourteen bytes");
     folder.Write("dir/c.txt", "X X \n XX \n");
     InputSequence sequence(FileFormat::None, folder.Prefix(), "%04", true);
@@ -263,7 +236,7 @@ TEST(InputSequenceTest, AFailedItemUsesUpItsNumberAndIsReportedAtTheEnd)
 TEST(InputSequenceTest, EveryFailedItemGetsALineWithTheLoadersExtension)
 {
     TemporaryFolder folder;
-    folder.WriteBmp("good.bmp", 0);
+    WriteBmp(folder, "good.bmp", 0);
     InputSequence sequence(FileFormat::Bmp, folder.Prefix(), "%04u.bmp", true);
     for (char const* item : { "missing", "good", "other" })
         sequence.AddItem(item);
@@ -278,8 +251,8 @@ TEST(InputSequenceTest, EveryFailedItemGetsALineWithTheLoadersExtension)
 TEST(InputSequenceTest, ACallbackAnsweringFalseDoesNotStopTheWalk)
 {
     TemporaryFolder folder;
-    folder.WriteBmp("a.bmp", 0);
-    folder.WriteBmp("b.bmp", 0);
+    WriteBmp(folder, "a.bmp", 0);
+    WriteBmp(folder, "b.bmp", 0);
     InputSequence sequence(FileFormat::None, folder.Prefix(), "%04", true);
     sequence.AddItem("a");
     sequence.AddItem("b");
@@ -291,8 +264,8 @@ TEST(InputSequenceTest, ACallbackAnsweringFalseDoesNotStopTheWalk)
 TEST(InputSequenceTest, AThrowingCallbackIsReportedLikeAFailedLoad)
 {
     TemporaryFolder folder;
-    folder.WriteBmp("a.bmp", 0);
-    folder.WriteBmp("b.bmp", 0);
+    WriteBmp(folder, "a.bmp", 0);
+    WriteBmp(folder, "b.bmp", 0);
     InputSequence sequence(FileFormat::None, folder.Prefix(), "%04", true);
     sequence.AddItem("a");
     sequence.AddItem("b");
@@ -311,7 +284,7 @@ TEST(InputSequenceTest, AThrowingCallbackIsReportedLikeAFailedLoad)
 TEST(InputSequenceTest, FailuresLeaveNoTraceWhenNotRequired)
 {
     TemporaryFolder folder;
-    folder.WriteBmp("a.bmp", 0);
+    WriteBmp(folder, "a.bmp", 0);
     folder.Write("b.bmp", "broken");
     InputSequence sequence(FileFormat::None, folder.Prefix(), "%04", false);
     for (char const* item : { "b", "a", "missing" })
@@ -325,8 +298,8 @@ TEST(InputSequenceTest, AnEmptyImageIsSkippedWithoutError)
 {
     TemporaryFolder folder;
     folder.Write("frame.raw", "");
-    BmpWriter::Mono(0, { {} }, BmpWriter::BlackFirst).Save(folder.PathOf("empty.bmp"));
-    folder.WriteBmp("a.bmp", 0);
+    folder.Write("empty.bmp", BmpWriter::Mono(0, { {} }, BmpWriter::BlackFirst).Bytes());
+    WriteBmp(folder, "a.bmp", 0);
     InputSequence sequence(FileFormat::None, folder.Prefix(), "%04", true);
     for (char const* item : { "frame.raw", "empty", "a" })
         sequence.AddItem(item);
@@ -338,7 +311,7 @@ TEST(InputSequenceTest, AnEmptyImageIsSkippedWithoutError)
 TEST(InputSequenceTest, LoadAllCanRunAgainOnTheSameList)
 {
     TemporaryFolder folder;
-    folder.WriteBmp("a.bmp", 0);
+    WriteBmp(folder, "a.bmp", 0);
     InputSequence sequence(FileFormat::None, folder.Prefix(), "%04", true);
     sequence.AddItem("a");
     Recorder recorder;
@@ -359,8 +332,8 @@ TEST(InputSequenceTest, AnEmptyListCallsNothing)
 TEST(InputSequenceTest, TheListFromAFileLoadsInOrder)
 {
     TemporaryFolder folder;
-    folder.WriteBmp("one.bmp", 0);
-    folder.WriteBmp("two.bmp", 0xFF);
+    WriteBmp(folder, "one.bmp", 0);
+    WriteBmp(folder, "two.bmp", 0xFF);
     std::string const list = folder.Write("list.txt", "two.bmp\r\n\r\n  one\r\n");
     InputSequence sequence(FileFormat::None, folder.Prefix(), "%04", true);
     sequence.AddList(list);
@@ -451,7 +424,7 @@ TEST(InputSequenceTest, GetFilePathNeverRunsPastItsBuffer)
 TEST(InputSequenceTest, ReadByIndexFormatsThePatternWithoutTheFolder)
 {
     TemporaryFolder folder;
-    folder.WriteBmp("0003.bmp", 0x0F);
+    WriteBmp(folder, "0003.bmp", 0x0F);
     InputSequence sequence(FileFormat::Bmp, "elsewhere/", folder.Prefix() + "%04u.bmp", true);
     EXPECT_THAT(sequence.Read(3).Buffer(), ElementsAre(0x00, 0x00, 0xFF, 0xFF));
     EXPECT_THAT(sequence.Read(3, "").Buffer(), ElementsAre(0x00, 0x00, 0xFF, 0xFF));
@@ -462,7 +435,7 @@ TEST(InputSequenceTest, ReadByIndexFormatsThePatternWithoutTheFolder)
 TEST(InputSequenceTest, ReadByIndexAndNameLoadsTheComposedPath)
 {
     TemporaryFolder folder;
-    folder.WriteBmp("logo.bmp", 0xF0);
+    WriteBmp(folder, "logo.bmp", 0xF0);
     InputSequence sequence(FileFormat::Bmp, folder.Prefix(), "%04u", true);
     EXPECT_THAT(sequence.Read(3, "logo").Buffer(), ElementsAre(0xFF, 0xFF, 0x00, 0x00));
 }

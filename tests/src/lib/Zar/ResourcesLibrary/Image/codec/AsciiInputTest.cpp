@@ -1,17 +1,17 @@
 #include "Zar/ResourcesLibrary/Image/codec/AsciiInput.h"
 
+#include "TemporaryFolder.h"
+
 #include "Zar/Lt/Exceptions/NotSupported.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
+using TestSupport::TemporaryFolder;
 using testing::StrEq;
 using testing::ThrowsMessage;
 using Zar::Lt::Exceptions::NotSupported;
@@ -22,29 +22,6 @@ using Zar::ResourcesLibrary::Image::ImageInfo;
 using Zar::ResourcesLibrary::Image::MutableImage;
 
 namespace {
-
-// A folder of its own under the system's temporary folder, removed with everything in it.
-class TemporaryFolder
-{
-public:
-    TemporaryFolder()
-    {
-        std::string pattern = (std::filesystem::temp_directory_path() / "ascii-input-XXXXXX").string();
-        _path = ::mkdtemp(pattern.data());
-    }
-    ~TemporaryFolder() { std::filesystem::remove_all(_path); }
-
-    std::string Write(std::string const& name, std::string const& content) const
-    {
-        std::string const path = (_path / name).string();
-        std::ofstream(path, std::ios::binary) << content;
-        return path;
-    }
-    std::string PathOf(std::string const& name) const { return (_path / name).string(); }
-
-private:
-    std::filesystem::path _path;
-};
 
 AsciiInput MakeLoader()
 {

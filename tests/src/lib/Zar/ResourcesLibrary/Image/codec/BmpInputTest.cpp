@@ -1,6 +1,7 @@
 #include "Zar/ResourcesLibrary/Image/codec/BmpInput.h"
 
 #include "BmpWriter.h"
+#include "TemporaryFolder.h"
 
 #include "Zar/Lt/Exceptions/PreCondition.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
@@ -10,15 +11,14 @@
 
 #include <algorithm>
 #include <climits>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <random>
 #include <sstream>
 #include <string>
 #include <vector>
 
 using TestSupport::BmpWriter;
+using TestSupport::TemporaryFolder;
 using Zar::Lt::Exceptions::BaseException;
 using Zar::Lt::Exceptions::PreCondition;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
@@ -37,23 +37,6 @@ using Bytes = std::vector<uint8_t>;
 
 namespace {
 
-// A folder of its own under the system's temporary folder, removed with everything in it.
-class TemporaryFolder
-{
-public:
-    TemporaryFolder()
-    {
-        std::string pattern = (std::filesystem::temp_directory_path() / "bmp-input-XXXXXX").string();
-        _path = ::mkdtemp(pattern.data());
-    }
-    ~TemporaryFolder() { std::filesystem::remove_all(_path); }
-
-    std::string PathOf(std::string const& name) const { return (_path / name).string(); }
-
-private:
-    std::filesystem::path _path;
-};
-
 BmpInput MakeLoader()
 {
     return BmpInput(FileFormat::Bmp, ImageFormat::Unknown, "%04u.bmp", "");
@@ -62,8 +45,7 @@ BmpInput MakeLoader()
 MutableImage LoadBytes(Bytes const& bytes)
 {
     TemporaryFolder folder;
-    std::string const path = folder.PathOf("image.bmp");
-    BmpWriter::SaveBytes(path, bytes);
+    std::string const path = folder.Write("image.bmp", bytes);
     return MakeLoader().Load(path);
 }
 
@@ -584,8 +566,7 @@ TEST(BmpInputTest, ReadHeaderDescribesTheFileAsItIs)
 TEST(BmpInputTest, LoadHeaderReadsTheHeaderOfAFile)
 {
     TemporaryFolder folder;
-    std::string const path = folder.PathOf("a.bmp");
-    BmpWriter::Gray4(9, { { 0 }, { 0 } }, BmpWriter::BlackFirst).Save(path);
+    std::string const path = folder.Write("a.bmp", BmpWriter::Gray4(9, { { 0 }, { 0 } }, BmpWriter::BlackFirst).Bytes());
     ImageInfo const info = MakeLoader().LoadHeader(path.c_str());
     EXPECT_EQ(9, info.Width());
     EXPECT_EQ(2, info.Height());

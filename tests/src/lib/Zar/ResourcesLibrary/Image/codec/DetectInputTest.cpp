@@ -1,6 +1,7 @@
 #include "Zar/ResourcesLibrary/Image/codec/DetectInput.h"
 
 #include "BmpWriter.h"
+#include "TemporaryFolder.h"
 
 #include "Zar/Lt/Exceptions/NotSupported.h"
 #include "Zar/ResourcesLibrary/Image/codec/AsciiInput.h"
@@ -12,13 +13,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <string>
 
 using TestSupport::BmpWriter;
+using TestSupport::TemporaryFolder;
 using Zar::Lt::Exceptions::NotSupported;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
 using Zar::ResourcesLibrary::Image::DetectInput;
@@ -32,28 +31,11 @@ using testing::ThrowsMessage;
 
 namespace {
 
-// A folder of its own under the system's temporary folder, removed with everything in it.
-class TemporaryFolder
+// A one-line 8-pixel BMP whose pixels are the bits of the given byte.
+std::string WriteBmp(TemporaryFolder const& folder, std::string const& name, uint8_t pixels)
 {
-public:
-    TemporaryFolder()
-    {
-        std::string pattern = (std::filesystem::temp_directory_path() / "detect-input-XXXXXX").string();
-        _path = ::mkdtemp(pattern.data());
-    }
-    ~TemporaryFolder() { std::filesystem::remove_all(_path); }
-
-    std::string PathOf(std::string const& name) const { return (_path / name).string(); }
-    std::string WriteBmp(std::string const& name, uint8_t pixels) const
-    {
-        std::filesystem::create_directories(std::filesystem::path(PathOf(name)).parent_path());
-        BmpWriter::Mono(8, { { pixels } }, BmpWriter::BlackFirst).Save(PathOf(name));
-        return PathOf(name);
-    }
-
-private:
-    std::filesystem::path _path;
-};
+    return folder.Write(name, BmpWriter::Mono(8, { { pixels } }, BmpWriter::BlackFirst).Bytes());
+}
 
 std::unique_ptr<DetectInput> MakeLoader(std::string folder = "bmp/icons")
 {
@@ -82,8 +64,8 @@ TEST(DetectInputTest, MakesOneBmpLoaderAndReusesIt)
 {
     TemporaryFolder folder;
     auto detect = MakeLoader();
-    MutableImage const first = detect->Load(folder.WriteBmp("logo.bmp", 0x0F));
-    MutableImage const second = detect->Load(folder.WriteBmp("logo2.bmp", 0xF0));
+    MutableImage const first = detect->Load(WriteBmp(folder, "logo.bmp", 0x0F));
+    MutableImage const second = detect->Load(WriteBmp(folder, "logo2.bmp", 0xF0));
     EXPECT_THAT(first.Buffer(), ElementsAre(0x00, 0x00, 0xFF, 0xFF));
     EXPECT_THAT(second.Buffer(), ElementsAre(0xFF, 0xFF, 0x00, 0x00));
     EXPECT_EQ(1u, detect->Inputs().size());
@@ -95,7 +77,7 @@ TEST(DetectInputTest, MakesOneBmpLoaderAndReusesIt)
 TEST(DetectInputTest, APathWithoutExtensionLoadsTheBmpFile)
 {
     TemporaryFolder folder;
-    folder.WriteBmp("logo.bmp", 0x0F);
+    WriteBmp(folder, "logo.bmp", 0x0F);
     auto detect = MakeLoader();
     EXPECT_THAT(detect->Load(folder.PathOf("logo")).Buffer(), ElementsAre(0x00, 0x00, 0xFF, 0xFF));
 }
@@ -103,7 +85,7 @@ TEST(DetectInputTest, APathWithoutExtensionLoadsTheBmpFile)
 TEST(DetectInputTest, ADotInAFolderNameIsNoExtension)
 {
     TemporaryFolder folder;
-    folder.WriteBmp("dir.old/logo.bmp", 0xF0);
+    WriteBmp(folder, "dir.old/logo.bmp", 0xF0);
     auto detect = MakeLoader();
     EXPECT_THAT(detect->Load(folder.PathOf("dir.old/logo")).Buffer(), ElementsAre(0xFF, 0xFF, 0x00, 0x00));
 }
@@ -111,7 +93,7 @@ TEST(DetectInputTest, ADotInAFolderNameIsNoExtension)
 TEST(DetectInputTest, ATrailingDotGetsTheBmpExtensionBehindIt)
 {
     TemporaryFolder folder;
-    folder.WriteBmp("logo..bmp", 0x0F);
+    WriteBmp(folder, "logo..bmp", 0x0F);
     auto detect = MakeLoader();
     EXPECT_THAT(detect->Load(folder.PathOf("logo.")).Buffer(), ElementsAre(0x00, 0x00, 0xFF, 0xFF));
 }
@@ -119,7 +101,7 @@ TEST(DetectInputTest, ATrailingDotGetsTheBmpExtensionBehindIt)
 TEST(DetectInputTest, AnUnknownExtensionIsReadAsBmpUnderItsOwnName)
 {
     TemporaryFolder folder;
-    std::string const path = folder.WriteBmp("logo.xyz", 0x0F);
+    std::string const path = WriteBmp(folder, "logo.xyz", 0x0F);
     auto detect = MakeLoader();
     EXPECT_THAT(detect->Load(path).Buffer(), ElementsAre(0x00, 0x00, 0xFF, 0xFF));
     EXPECT_EQ(1u, CountOf<BmpInput>(*detect));
@@ -137,8 +119,7 @@ TEST(DetectInputTest, NoPathLooksForTheBmpExtensionAlone)
 TEST(DetectInputTest, ATextFileMakesATextLoader)
 {
     TemporaryFolder folder;
-    std::string const path = folder.PathOf("a.txt");
-    std::ofstream(path, std::ios::binary) << "X X \n XX \n";
+    std::string const path = folder.Write("a.txt", "X X \n XX \n");
     auto detect = MakeLoader();
     MutableImage const image = detect->Load(path);
     EXPECT_EQ(4, image.Info().Width());
@@ -185,8 +166,7 @@ TEST(DetectInputTest, ARawFileGivesAnEmptyImageAndLeavesOneMoreRawLoaderEachTime
 TEST(DetectInputTest, FailuresOfTheChosenLoaderPassThrough)
 {
     TemporaryFolder folder;
-    std::string const path = folder.PathOf("bad.bmp");
-    std::ofstream(path, std::ios::binary) << "BAD";
+    std::string const path = folder.Write("bad.bmp", "BAD");
     auto detect = MakeLoader();
     EXPECT_THAT([&] { detect->Load(path); }, ThrowsMessage<ResourcesLibraryException>(StrEq("source too small 3")));
 }
@@ -195,7 +175,7 @@ TEST(DetectInputTest, LoadersMadeOnFirstUseGetTheFolderAndTheDefaultName)
 {
     TemporaryFolder folder;
     auto detect = MakeLoader("bmp/icons");
-    detect->Load(folder.WriteBmp("logo.bmp", 0));
+    detect->Load(WriteBmp(folder, "logo.bmp", 0));
     ASSERT_EQ(1u, detect->Inputs().size());
     EXPECT_EQ("bmp/icons/%04u/%04u.bmp", detect->Inputs()[0]->GetPattern());
 }
@@ -231,14 +211,14 @@ TEST(DetectInputTest, AnAppendedLoaderServesLaterLoads)
     TemporaryFolder folder;
     auto detect = MakeLoader();
     detect->Append(FileFormat::Bmp, "", ImageFormat::Unknown);
-    detect->Load(folder.WriteBmp("logo.bmp", 0));
+    detect->Load(WriteBmp(folder, "logo.bmp", 0));
     EXPECT_EQ(1u, detect->Inputs().size());
 }
 
 TEST(DetectInputTest, ReadByIndexAndNameGoesThroughTheFolderPattern)
 {
     TemporaryFolder folder;
-    folder.WriteBmp("icons/logo.bmp", 0x0F);
+    WriteBmp(folder, "icons/logo.bmp", 0x0F);
     auto detect = MakeLoader(folder.PathOf("icons"));
     EXPECT_THAT(detect->Read(5, "logo").Buffer(), ElementsAre(0x00, 0x00, 0xFF, 0xFF));
 }

@@ -1,6 +1,7 @@
 #include "Zar/ResourcesLibrary/Image/codec/Input.h"
 
 #include "BmpWriter.h"
+#include "TemporaryFolder.h"
 
 #include "Zar/Lt/Exceptions/NotSupported.h"
 #include "Zar/Lt/Exceptions/PreCondition.h"
@@ -14,10 +15,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <optional>
 #include <sstream>
 #include <streambuf>
@@ -25,6 +23,7 @@
 #include <vector>
 
 using TestSupport::BmpWriter;
+using TestSupport::TemporaryFolder;
 using Zar::Lt::Exceptions::NotSupported;
 using Zar::Lt::Exceptions::PreCondition;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
@@ -38,28 +37,6 @@ using testing::StrEq;
 using testing::ThrowsMessage;
 
 namespace {
-
-// A folder of its own under the system's temporary folder, removed with everything in it.
-class TemporaryFolder
-{
-public:
-    TemporaryFolder()
-    {
-        std::string pattern = (std::filesystem::temp_directory_path() / "input-XXXXXX").string();
-        _path = ::mkdtemp(pattern.data());
-    }
-    ~TemporaryFolder() { std::filesystem::remove_all(_path); }
-
-    std::string PathOf(std::string const& name) const { return (_path / name).string(); }
-    std::string Write(std::string const& name, std::string const& content) const
-    {
-        std::ofstream(PathOf(name), std::ios::binary) << content;
-        return PathOf(name);
-    }
-
-private:
-    std::filesystem::path _path;
-};
 
 // A loader of a made-up format for the base class algorithms: an 8-byte header holding the width
 // and the height as 32-bit numbers, then rows of one byte per pixel. It records what it is given.
@@ -586,7 +563,7 @@ TEST(InputTest, ReadByIndexAndNameLoadsTheComposedPath)
 TEST(InputTest, ReadOfThreeLoadsFileThree)
 {
     TemporaryFolder folder;
-    BmpWriter::Mono(8, { { 0x0F } }, BmpWriter::BlackFirst).Save(folder.PathOf("0003.bmp"));
+    folder.Write("0003.bmp", BmpWriter::Mono(8, { { 0x0F } }, BmpWriter::BlackFirst).Bytes());
     auto input = Input::Create(FileFormat::Bmp, ImageFormat::Unknown, folder.PathOf(""), "");
     for (MutableImage const& image : { input->Read(3), input->Read(3, "") }) {
         EXPECT_EQ(8, image.Info().Width());

@@ -12,6 +12,7 @@
 #include "Zar/ResourcesLibrary/Image/codec/Input.h"
 
 #include "BmpWriter.h"
+#include "TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -31,6 +32,7 @@
 #include <vector>
 
 using TestSupport::BmpWriter;
+using TestSupport::TemporaryFolder;
 using Zar::ResourcesLibrary::Image::FileFormat;
 using Zar::ResourcesLibrary::Image::ImageFormat;
 using Zar::ResourcesLibrary::Image::Input;
@@ -134,26 +136,6 @@ LoadOutcome MeasureLoad(FileFormat format, std::string const& path)
 class LoaderMemoryTest : public testing::Test
 {
 protected:
-    void SetUp() override
-    {
-        std::string pattern = (std::filesystem::temp_directory_path() / "loader-memory-XXXXXX").string();
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        _folder = pattern;
-    }
-
-    void TearDown() override
-    {
-        std::error_code ignored;
-        std::filesystem::remove_all(_folder, ignored);
-    }
-
-    std::string Save(std::string const& name, std::vector<uint8_t> const& bytes)
-    {
-        std::string const path = (_folder / name).string();
-        BmpWriter::SaveBytes(path, bytes);
-        return path;
-    }
-
     // Loads the file in a child and checks the bound; returns the outcome for further checks.
     LoadOutcome LoadWithinBound(FileFormat format, std::string const& path)
     {
@@ -170,10 +152,10 @@ protected:
 
     LoadOutcome LoadBmpWithinBound(std::string const& name, BmpWriter const& bmp)
     {
-        return LoadWithinBound(FileFormat::Bmp, Save(name, bmp.Bytes()));
+        return LoadWithinBound(FileFormat::Bmp, _folder.Write(name, bmp.Bytes()));
     }
 
-    std::filesystem::path _folder;
+    TemporaryFolder _folder;
 };
 
 // A header that declares an image but whose file ends right after the palette.
@@ -254,9 +236,9 @@ TEST_F(LoaderMemoryTest, NarrowTallImagesStayWithinTheBound)
 {
     // Lines of fewer than 8 pixels at 1 bit, or of 1 pixel at 4 bits, have no source bytes, so a
     // file of a hundred bytes can declare tens of millions of them.
-    LoadWithinBound(FileFormat::Bmp, Save("narrow1.bmp", DeclaredOnly(7, 1 << 26, 1, 0).Bytes()));
-    LoadWithinBound(FileFormat::Bmp, Save("narrow4.bmp", DeclaredOnly(1, 1 << 26, 4, 0).Bytes()));
-    LoadWithinBound(FileFormat::Bmp, Save("narrowtop.bmp", DeclaredOnly(7, -(1 << 26), 1, 0).Bytes()));
+    LoadWithinBound(FileFormat::Bmp, _folder.Write("narrow1.bmp", DeclaredOnly(7, 1 << 26, 1, 0).Bytes()));
+    LoadWithinBound(FileFormat::Bmp, _folder.Write("narrow4.bmp", DeclaredOnly(1, 1 << 26, 4, 0).Bytes()));
+    LoadWithinBound(FileFormat::Bmp, _folder.Write("narrowtop.bmp", DeclaredOnly(7, -(1 << 26), 1, 0).Bytes()));
 }
 
 TEST_F(LoaderMemoryTest, WideImageWithoutLinesStaysWithinTheBound)
@@ -292,8 +274,7 @@ TEST_F(LoaderMemoryTest, TextImageOfNarrowRowsStaysWithinTheBound)
     std::string text;
     for (int row = 0; row < 65535; ++row)
         text += "X\n";
-    std::string const path = (_folder / "narrow.txt").string();
-    std::ofstream(path, std::ios::binary) << text;
+    std::string const path = _folder.Write("narrow.txt", text);
     LoadOutcome const outcome = LoadWithinBound(FileFormat::Ascii, path);
     EXPECT_EQ(outcome.message, "loaded " + std::to_string(65535 * 4) + " bytes");
 }
@@ -301,7 +282,6 @@ TEST_F(LoaderMemoryTest, TextImageOfNarrowRowsStaysWithinTheBound)
 TEST_F(LoaderMemoryTest, ShortRawFrameStaysWithinTheBound)
 {
     // The raw loader's frame has a fixed size of 1536000 bytes, whatever the file holds.
-    std::string const path = (_folder / "short.raw").string();
-    std::ofstream(path, std::ios::binary) << "frame";
+    std::string const path = _folder.Write("short.raw", "frame");
     LoadWithinBound(FileFormat::Raw, path);
 }

@@ -1,5 +1,7 @@
 #include "Zar/ResourcesLibrary/Image/codec/QtInput.h"
 
+#include "TemporaryFolder.h"
+
 #include "Zar/Lt/Exceptions/NotSupported.h"
 #include "Zar/Lt/Exceptions/PreCondition.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
@@ -14,12 +16,11 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
+using TestSupport::TemporaryFolder;
 using testing::StrEq;
 using testing::ThrowsMessage;
 using Zar::Lt::Exceptions::NotSupported;
@@ -39,19 +40,10 @@ std::vector<uint8_t> Bytes(uint8_t const* begin, size_t size) { return { begin, 
 class QtInputTest : public testing::Test
 {
 protected:
-    QtInputTest()
-    {
-        std::string pattern = (std::filesystem::temp_directory_path() / "qt-input-XXXXXX").string();
-        _folder = ::mkdtemp(pattern.data());
-    }
-    ~QtInputTest() override { std::filesystem::remove_all(_folder); }
-
-    std::string PathOf(std::string const& name) const { return (_folder / name).string(); }
-
     // Saves the image through Qt itself, so that the file is whatever Qt writes for that format.
     std::string Save(QImage const& image, std::string const& name) const
     {
-        std::string const path = PathOf(name);
+        std::string const path = _folder.PathOf(name);
         EXPECT_TRUE(image.save(QString::fromStdString(path)));
         return path;
     }
@@ -76,7 +68,7 @@ protected:
 
     static QtInput Loader(ImageFormat wanted) { return QtInput(FileFormat::Png, wanted, "%04u.png", ""); }
 
-    std::filesystem::path _folder;
+    TemporaryFolder _folder;
 };
 
 } // namespace
@@ -246,7 +238,7 @@ TEST_F(QtInputTest, AJpegLoadsWithoutAnApplicationObject)
 
 TEST_F(QtInputTest, AMissingFileGivesTheEmptyImage)
 {
-    MutableImage const image = Loader(ImageFormat::Gray8).Load(PathOf("missing.png").c_str());
+    MutableImage const image = Loader(ImageFormat::Gray8).Load(_folder.PathOf("missing.png").c_str());
 
     EXPECT_TRUE(image.IsEmpty());
     EXPECT_EQ(0, image.Info().Width());
@@ -255,8 +247,7 @@ TEST_F(QtInputTest, AMissingFileGivesTheEmptyImage)
 
 TEST_F(QtInputTest, AFileQtCannotDecodeGivesTheEmptyImage)
 {
-    std::string const path = PathOf("text.png");
-    std::ofstream(path) << "not an image\n";
+    std::string const path = _folder.Write("text.png", "not an image\n");
 
     EXPECT_TRUE(Loader(ImageFormat::Unknown).Load(path.c_str()).IsEmpty());
 }
@@ -276,7 +267,7 @@ TEST_F(QtInputTest, ANullPathGivesTheEmptyImage)
 
 TEST_F(QtInputTest, APathOutsideAsciiIsReadAsLatin1AndMissesTheFile)
 {
-    std::string const path = PathOf("caf\xC3\xA9.png");
+    std::string const path = _folder.PathOf("caf\xC3\xA9.png");
     ASSERT_TRUE(Colourful(QImage::Format_RGB888).save(QString::fromUtf8(path.c_str())));
     ASSERT_TRUE(std::filesystem::exists(path));
     // Under a Latin-1 locale the bytes would come back unchanged; every other locale changes them.

@@ -1,5 +1,7 @@
 #include "Zar/ResourcesLibrary/Image/codec/RawInput.h"
 
+#include "TemporaryFolder.h"
+
 #include "Zar/Lt/Exceptions/NotSupported.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
@@ -8,12 +10,10 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
+using TestSupport::TemporaryFolder;
 using testing::StrEq;
 using testing::ThrowsMessage;
 using Zar::Lt::Exceptions::NotSupported;
@@ -38,23 +38,7 @@ std::vector<uint8_t> Pattern(size_t size)
 class RawInputTest : public testing::Test
 {
 protected:
-    RawInputTest()
-    {
-        std::string pattern = (std::filesystem::temp_directory_path() / "raw-input-XXXXXX").string();
-        _folder = ::mkdtemp(pattern.data());
-    }
-    ~RawInputTest() override { std::filesystem::remove_all(_folder); }
-
-    std::string Write(std::string const& name, std::vector<uint8_t> const& content) const
-    {
-        std::string const path = (_folder / name).string();
-        std::ofstream(path, std::ios::binary)
-            .write(
-                reinterpret_cast<char const*>(content.data()), static_cast<std::streamsize>(content.size()));
-        return path;
-    }
-
-    std::filesystem::path _folder;
+    TemporaryFolder _folder;
     RawInput _loader { FileFormat::None, ImageFormat::Unknown, "%04u.raw", "" };
 };
 
@@ -63,7 +47,7 @@ protected:
 TEST_F(RawInputTest, AFileOfOneFrameLoadsAsAnImageOfTheSameBytes)
 {
     std::vector<uint8_t> const bytes = Pattern(kFrameSize);
-    std::string const path = Write("frame.raw", bytes);
+    std::string const path = _folder.Write("frame.raw", bytes);
 
     MutableImage const image = _loader.Load(path.c_str());
 
@@ -81,7 +65,7 @@ TEST_F(RawInputTest, AFileOfOneFrameLoadsAsAnImageOfTheSameBytes)
 TEST_F(RawInputTest, BytesBeyondOneFrameAreIgnored)
 {
     std::vector<uint8_t> const bytes = Pattern(kFrameSize + 100);
-    std::string const path = Write("long.raw", bytes);
+    std::string const path = _folder.Write("long.raw", bytes);
 
     MutableImage const image = _loader.Load(path.c_str());
 
@@ -92,7 +76,7 @@ TEST_F(RawInputTest, BytesBeyondOneFrameAreIgnored)
 TEST_F(RawInputTest, AShortFileFillsTheTopOfTheFrameAndLeavesTheRestZero)
 {
     std::vector<uint8_t> const bytes = Pattern(5000);
-    std::string const path = Write("short.raw", bytes);
+    std::string const path = _folder.Write("short.raw", bytes);
 
     MutableImage const image = _loader.Load(path.c_str());
 
@@ -104,7 +88,7 @@ TEST_F(RawInputTest, AShortFileFillsTheTopOfTheFrameAndLeavesTheRestZero)
 
 TEST_F(RawInputTest, AnEmptyFileLoadsAsAnAllZeroFrame)
 {
-    std::string const path = Write("empty.raw", {});
+    std::string const path = _folder.Write("empty.raw", std::vector<uint8_t>());
 
     MutableImage const image = _loader.Load(path.c_str());
 
@@ -115,14 +99,14 @@ TEST_F(RawInputTest, AnEmptyFileLoadsAsAnAllZeroFrame)
 TEST_F(RawInputTest, LoadOfAStringPathReadsTheFile)
 {
     std::vector<uint8_t> const bytes = Pattern(kFrameSize);
-    std::string const path = Write("frame.raw", bytes);
+    std::string const path = _folder.Write("frame.raw", bytes);
 
     EXPECT_TRUE(bytes == _loader.Load(path).Buffer());
 }
 
 TEST_F(RawInputTest, AMissingFileFails)
 {
-    std::string const path = (_folder / "missing.raw").string();
+    std::string const path = _folder.PathOf("missing.raw");
 
     EXPECT_THAT([&] { _loader.Load(path.c_str()); },
         ThrowsMessage<ResourcesLibraryException>(StrEq("cannot open file '" + path + "'")));
@@ -130,7 +114,7 @@ TEST_F(RawInputTest, AMissingFileFails)
 
 TEST_F(RawInputTest, AFolderFails)
 {
-    std::string const path = _folder.string();
+    std::string const path = _folder.Path().string();
 
     EXPECT_THAT([&] { _loader.Load(path.c_str()); },
         ThrowsMessage<ResourcesLibraryException>(StrEq("cannot open file '" + path + "'")));
@@ -156,7 +140,7 @@ TEST_F(RawInputTest, FailureNamesTheLoader)
 
 TEST_F(RawInputTest, LoadHeaderIsNotSupported)
 {
-    std::string const path = Write("frame.raw", Pattern(64));
+    std::string const path = _folder.Write("frame.raw", Pattern(64));
 
     EXPECT_THAT([&] { _loader.LoadHeader(path.c_str()); },
         ThrowsMessage<NotSupported>(StrEq("Input::Read not supported")));

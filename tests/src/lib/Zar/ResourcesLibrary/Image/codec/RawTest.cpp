@@ -1,34 +1,22 @@
 #include "Zar/ResourcesLibrary/Image/codec/Raw.h"
 
+#include "TemporaryFolder.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <limits>
 #include <string>
+
+using TestSupport::TemporaryFolder;
 
 namespace {
 
 class RawTest : public testing::Test
 {
 protected:
-    RawTest()
-    {
-        std::string pattern = (std::filesystem::temp_directory_path() / "raw-XXXXXX").string();
-        _folder = ::mkdtemp(pattern.data());
-    }
-    ~RawTest() override { std::filesystem::remove_all(_folder); }
-
-    std::string Write(std::string const& name, std::string const& content) const
-    {
-        std::string const path = (_folder / name).string();
-        std::ofstream(path, std::ios::binary) << content;
-        return path;
-    }
-
-    std::filesystem::path _folder;
+    TemporaryFolder _folder;
 };
 
 constexpr size_t kNoLimit = std::numeric_limits<size_t>::max();
@@ -37,7 +25,7 @@ constexpr size_t kNoLimit = std::numeric_limits<size_t>::max();
 
 TEST_F(RawTest, OpenGivesTheFileSizeAndLeavesTheStreamAtTheStart)
 {
-    std::string const path = Write("frame.raw", "abcdefgh");
+    std::string const path = _folder.Write("frame.raw", "abcdefgh");
     std::ifstream stream;
 
     size_t const size = Raw::Open(stream, path.c_str(), kNoLimit);
@@ -49,7 +37,7 @@ TEST_F(RawTest, OpenGivesTheFileSizeAndLeavesTheStreamAtTheStart)
 
 TEST_F(RawTest, OpenGivesNoMoreThanTheLimit)
 {
-    std::string const path = Write("frame.raw", "abcdefgh");
+    std::string const path = _folder.Write("frame.raw", "abcdefgh");
     std::ifstream stream;
 
     EXPECT_EQ(3u, Raw::Open(stream, path.c_str(), 3));
@@ -58,7 +46,7 @@ TEST_F(RawTest, OpenGivesNoMoreThanTheLimit)
 
 TEST_F(RawTest, OpenOfAnEmptyFileGivesZeroAndAGoodStream)
 {
-    std::string const path = Write("empty.raw", "");
+    std::string const path = _folder.Write("empty.raw", "");
     std::ifstream stream;
 
     EXPECT_EQ(0u, Raw::Open(stream, path.c_str(), kNoLimit));
