@@ -1,7 +1,9 @@
 #pragma once
 
 // Reads an oled.pack back for the tests, independently of the exporter's own code: the header
-// fields, the CRC table, the names, and a plain bitwise CRC-16/ARC to check the sectors with.
+// fields, the CRC table, the names, and the sectors with their CRCs.
+
+#include "ReferenceCrc16.h"
 
 #include <array>
 #include <cstdint>
@@ -11,24 +13,9 @@
 
 namespace PackagerTests {
 
+using TestSupport::ReferenceCrc16;
+
 constexpr std::size_t kSector = 4096;
-
-// CRC-16/ARC computed bit by bit: polynomial 0x8005 reflected (0xA001), initial value 0.
-inline uint16_t ReferenceCrc16(uint8_t const* data, std::size_t size)
-{
-    uint16_t crc = 0;
-    for (std::size_t i = 0; i < size; ++i) {
-        crc ^= data[i];
-        for (int bit = 0; bit < 8; ++bit)
-            crc = (crc & 1) ? static_cast<uint16_t>((crc >> 1) ^ 0xA001) : static_cast<uint16_t>(crc >> 1);
-    }
-    return crc;
-}
-
-inline uint16_t ReferenceCrc16(std::vector<uint8_t> const& bytes)
-{
-    return ReferenceCrc16(bytes.data(), bytes.size());
-}
 
 // The CRC of sector number index (0 is the header) of a pack file.
 inline uint16_t SectorCrc(std::vector<uint8_t> const& pack, std::size_t index)

@@ -10,6 +10,7 @@
 using namespace PackInspectTest;
 using testing::Contains;
 using testing::ElementsAre;
+using TestSupport::ReferenceCrc16;
 using Zar::ResourcesLibrary::Tools::Inspect::PackFile;
 using Zar::ResourcesLibrary::Tools::Inspect::PackVerifier;
 
@@ -48,7 +49,7 @@ TEST(PackVerifierTest, ASoundPackPassesWithOneLinePerSector)
     for (auto const& sector : report._sectors)
         targets.push_back(sector._target);
     EXPECT_THAT(targets, ElementsAre(12, 13, 247, 248));
-    EXPECT_EQ(*report._sectors[2]._computed, Crc16Arc(bytes.data() + 3 * 4096, 4096));
+    EXPECT_EQ(*report._sectors[2]._computed, ReferenceCrc16(bytes.data() + 3 * 4096, 4096));
 }
 
 TEST(PackVerifierTest, PrintsSectorLinesAndTheVerdict)
@@ -56,7 +57,7 @@ TEST(PackVerifierTest, PrintsSectorLinesAndTheVerdict)
     PackSpec spec;
     spec._icons.push_back(Bytes(384, 0));
     auto const bytes = BuildPack(spec);
-    uint16_t const crc = Crc16Arc(bytes.data() + 4096, 4096);
+    uint16_t const crc = ReferenceCrc16(bytes.data() + 4096, 4096);
     char expected[200];
     std::snprintf(expected, sizeof expected,
         "sector  file  stored  computed  result\n"

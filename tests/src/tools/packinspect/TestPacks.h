@@ -3,6 +3,8 @@
 // Test helpers of the packinspect tests: pack files and BMP files built byte by byte, and running
 // the built tools.
 
+#include "ReferenceCrc16.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -17,18 +19,6 @@
 namespace PackInspectTest {
 
 using Bytes = std::vector<uint8_t>;
-
-// CRC-16/ARC computed bit by bit, independently of the table-driven one the tools use.
-inline uint16_t Crc16Arc(uint8_t const* data, std::size_t size)
-{
-    uint16_t crc = 0;
-    for (std::size_t i = 0; i < size; ++i) {
-        crc ^= data[i];
-        for (int bit = 0; bit < 8; ++bit)
-            crc = (crc & 1) ? static_cast<uint16_t>((crc >> 1) ^ 0xA001) : static_cast<uint16_t>(crc >> 1);
-    }
-    return crc;
-}
 
 inline void PutU16(Bytes& bytes, std::size_t offset, uint16_t value)
 {
@@ -74,7 +64,7 @@ inline Bytes BuildPack(PackSpec const& spec)
     std::vector<uint16_t> crcs;
     auto closeSector = [&](std::size_t offset) {
         file.insert(file.end(), sector - offset, 0xFF);
-        crcs.push_back(Crc16Arc(file.data() + file.size() - sector, sector));
+        crcs.push_back(TestSupport::ReferenceCrc16(file.data() + file.size() - sector, sector));
     };
     std::size_t offset = 0;
     for (auto const& icon : spec._icons) {
