@@ -1,9 +1,9 @@
 #pragma once
 
 // Images for the packager's tests: 4-bit grey images made in memory, the bytes an icon is expected
-// to have once framed, and small BMP files (4-bit and 1-bit) written the way drawing programs
-// write them.
+// to have once framed, and such an image saved as the BMP file that loads back to it.
 
+#include "BmpWriter.h"
 #include "FileContents.h"
 
 #include "Zar/ResourcesLibrary/Image/ImageFormat.h"
@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace PackagerTests {
@@ -67,51 +68,6 @@ inline std::vector<uint8_t> Framed(MutableImage const& image)
     return bytes;
 }
 
-namespace Detail {
-
-inline void PutLe(std::vector<uint8_t>& out, uint32_t value, int bytes)
-{
-    for (int i = 0; i < bytes; ++i)
-        out.push_back(static_cast<uint8_t>(value >> (8 * i)));
-}
-
-// A bottom-up BMP file: file header, 40-byte info header, palette, then the rows from the last to
-// the first, each padded to 4 bytes.
-inline std::vector<uint8_t> BmpFile(int width, int height, int bitsPerPixel,
-    std::vector<uint32_t> const& palette, std::vector<std::vector<uint8_t>> const& topDownRows)
-{
-    uint32_t const stride = ((static_cast<uint32_t>(width) * bitsPerPixel + 31) / 32) * 4;
-    uint32_t const dataOffset = 14 + 40 + 4 * static_cast<uint32_t>(palette.size());
-    uint32_t const dataSize = stride * static_cast<uint32_t>(height);
-    std::vector<uint8_t> out;
-    out.push_back('B');
-    out.push_back('M');
-    PutLe(out, dataOffset + dataSize, 4);
-    PutLe(out, 0, 4);
-    PutLe(out, dataOffset, 4);
-    PutLe(out, 40, 4);
-    PutLe(out, static_cast<uint32_t>(width), 4);
-    PutLe(out, static_cast<uint32_t>(height), 4);
-    PutLe(out, 1, 2);
-    PutLe(out, static_cast<uint32_t>(bitsPerPixel), 2);
-    PutLe(out, 0, 4);
-    PutLe(out, dataSize, 4);
-    PutLe(out, 2835, 4);
-    PutLe(out, 2835, 4);
-    PutLe(out, static_cast<uint32_t>(palette.size()), 4);
-    PutLe(out, 0, 4);
-    for (uint32_t const colour : palette)
-        PutLe(out, colour, 4);
-    for (int y = height - 1; y >= 0; --y) {
-        std::vector<uint8_t> row = topDownRows[static_cast<std::size_t>(y)];
-        row.resize(stride, 0);
-        out.insert(out.end(), row.begin(), row.end());
-    }
-    return out;
-}
-
-} // namespace Detail
-
 // Writes a 4-bit BMP with an ascending grey palette (entry 0 black), so that the loaded image holds
 // the same bytes as the given one. The width must be even.
 inline void WriteGray4Bmp(std::filesystem::path const& path, MutableImage const& image)
@@ -119,22 +75,13 @@ inline void WriteGray4Bmp(std::filesystem::path const& path, MutableImage const&
     int const width = image.Info()._width;
     int const height = image.Info()._height;
     std::size_t const stride = image.Info()._stride;
-    std::vector<uint32_t> palette;
-    for (uint32_t level = 0; level < 16; ++level)
-        palette.push_back(level * 0x111111);
     std::vector<std::vector<uint8_t>> rows;
     for (int y = 0; y < height; ++y) {
         auto const begin = image.Buffer().begin() + static_cast<std::ptrdiff_t>(y * stride);
         rows.emplace_back(begin, begin + static_cast<std::ptrdiff_t>(stride));
     }
-    TestSupport::WriteFile(path, Detail::BmpFile(width, height, 4, palette, rows));
-}
-
-// Writes a 1-bit BMP (entry 0 black, entry 1 white) whose rows are given as bytes, 8 pixels a byte.
-inline void WriteMonoBmp(std::filesystem::path const& path, int width, int height,
-    std::vector<std::vector<uint8_t>> const& rows)
-{
-    TestSupport::WriteFile(path, Detail::BmpFile(width, height, 1, { 0x000000, 0xFFFFFF }, rows));
+    TestSupport::WriteFile(path,
+        TestSupport::BmpWriter::Gray4(width, std::move(rows), TestSupport::BmpWriter::BlackFirst).Bytes());
 }
 
 } // namespace PackagerTests

@@ -1,6 +1,7 @@
 // The packager executable run as a process, the way build scripts run it: exit status, what it
 // prints, and the files it leaves behind in its current folder.
 
+#include "BmpWriter.h"
 #include "PackReader.h"
 #include "TemporaryFolder.h"
 #include "TestImages.h"
@@ -99,7 +100,7 @@ protected:
         // A monochrome icon, loaded as 4-bit grey: the second row is lit, the others dark.
         std::vector<std::vector<uint8_t>> rows(24, std::vector<uint8_t>(4, 0x00));
         rows[1] = { 0xFF, 0xFF, 0xFF, 0xFF };
-        WriteMonoBmp(Work() / "bmp/icons/Line.bmp", 32, 24, rows);
+        WriteFile(Work() / "bmp/icons/Line.bmp", BmpWriter::Mono(32, rows, BmpWriter::BlackFirst).Bytes());
         WriteFile(Work() / "bmp/icons/list.txt", std::string("Play\r\n  Line.bmp\n"));
         WriteGray4Bmp(Work() / "bmp/screens/Splash.bmp", MakeGray4Image(256, 64, 3));
         WriteFile(Work() / "bmp/screens/list.txt", std::string("Splash\n"));

@@ -3,6 +3,7 @@
 // Test helpers of the packinspect tests: pack files and BMP files built byte by byte, and running
 // the built tools.
 
+#include "BmpWriter.h"
 #include "ReferenceCrc16.h"
 
 #include <algorithm>
@@ -12,6 +13,7 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <sys/wait.h>
@@ -130,35 +132,27 @@ inline PackSpec WorkedExample()
 }
 
 // A 4-bit BMP, bottom-up, with the given palette (16 grey values) and levels (one per pixel, row by
-// row from the top).
+// row from the top). Its resolution fields are left at zero.
 inline Bytes Bmp4(
     int width, int height, std::array<uint8_t, 16> const& greys, std::vector<uint8_t> const& levels)
 {
-    int const stride = ((width * 4 + 31) / 32) * 4;
-    std::size_t const dataOffset = 14 + 40 + 64;
-    Bytes file(dataOffset + static_cast<std::size_t>(stride * height), 0);
-    file[0] = 'B';
-    file[1] = 'M';
-    PutU32(file, 2, static_cast<uint32_t>(file.size()));
-    PutU32(file, 10, static_cast<uint32_t>(dataOffset));
-    PutU32(file, 14, 40);
-    PutU32(file, 18, static_cast<uint32_t>(width));
-    PutU32(file, 22, static_cast<uint32_t>(height));
-    PutU16(file, 26, 1);
-    PutU16(file, 28, 4);
-    PutU32(file, 34, static_cast<uint32_t>(stride * height));
-    PutU32(file, 46, 16);
-    for (std::size_t k = 0; k < 16; ++k)
-        file[54 + 4 * k] = file[55 + 4 * k] = file[56 + 4 * k] = greys[k];
+    TestSupport::BmpWriter bmp;
+    bmp.bitCount = 4;
+    bmp.xPelsPerMeter = 0;
+    bmp.yPelsPerMeter = 0;
+    for (uint8_t const grey : greys)
+        bmp.palette.push_back(uint32_t { grey } * 0x010101);
+    std::vector<Bytes> rows;
     for (int y = 0; y < height; ++y) {
-        std::size_t const row = dataOffset + static_cast<std::size_t>((height - 1 - y) * stride);
+        Bytes row(static_cast<std::size_t>(width + 1) / 2, 0);
         for (int x = 0; x < width; ++x) {
             uint8_t const level = levels[static_cast<std::size_t>(y * width + x)] & 0x0F;
-            file[row + static_cast<std::size_t>(x / 2)]
-                |= x % 2 == 0 ? static_cast<uint8_t>(level << 4) : level;
+            row[static_cast<std::size_t>(x / 2)] |= x % 2 == 0 ? static_cast<uint8_t>(level << 4) : level;
         }
+        rows.push_back(std::move(row));
     }
-    return file;
+    bmp.SetRows(width, std::move(rows), false);
+    return bmp.Bytes();
 }
 
 inline std::array<uint8_t, 16> AscendingGreys()
