@@ -1,5 +1,7 @@
 #include "CppEnumerationOutput.h"
 
+#include "GeneratedText.h"
+
 #include "Zar/Lt/Core/StringCollection/StringCollection.h"
 
 #include <gmock/gmock.h>
@@ -7,49 +9,18 @@
 #include <utf8.h>
 
 #include <cstdint>
-#include <initializer_list>
 #include <sstream>
 #include <string>
-#include <string_view>
 #include <vector>
 
+using PackagerTests::Generate;
+using PackagerTests::Lines;
+using testing::ElementsAreArray;
 using Zar::Lt::Core::StringCollection;
 using Zar::ResourcesLibrary::Tools::CppEnumerationOutput;
 using Zar::ResourcesLibrary::Tools::EnumerationOption;
-using testing::ElementsAreArray;
 
 namespace {
-
-// The whole file as the exporter drives the writer: header, the names from offset on, footer.
-std::string Generate(EnumerationOption const& option, std::initializer_list<std::string_view> names, int offset = 0)
-{
-    StringCollection collection;
-    collection.Append(names);
-    std::ostringstream stream;
-    CppEnumerationOutput output(stream, option);
-    output.WriteHeader();
-    output.Write(collection, offset);
-    output.WriteFooter(output.Count());
-    return stream.str();
-}
-
-// Splits a text whose every line ends with a line feed; a missing final line feed shows as a last
-// line of its own so that the comparison fails.
-std::vector<std::string> Lines(std::string const& text)
-{
-    std::vector<std::string> lines;
-    std::string::size_type start = 0;
-    while (start < text.size()) {
-        auto const end = text.find('\n', start);
-        if (end == std::string::npos) {
-            lines.push_back("<no line feed>" + text.substr(start));
-            break;
-        }
-        lines.push_back(text.substr(start, end - start));
-        start = end + 1;
-    }
-    return lines;
-}
 
 std::string const kIconHeader = "#pragma once\n"
                                 "#include <stdint.h>\n"
@@ -83,7 +54,8 @@ std::string const kIconOperators = "};\n"
 
 TEST(CppEnumerationOutputTest, IconsWorkedExampleLineByLine)
 {
-    std::string const text = Generate({ "Icon", 100, true }, { "Play", "Stop_Selected" });
+    std::string const text
+        = Generate<CppEnumerationOutput>({ "Icon", 100, true }, { "Play", "Stop_Selected" });
     std::vector<std::string> const expected {
         "#pragma once",
         "#include <stdint.h>",
@@ -127,7 +99,8 @@ TEST(CppEnumerationOutputTest, IconsWorkedExampleLineByLine)
 
 TEST(CppEnumerationOutputTest, ScreensWithFirstZeroHaveNoExplicitValue)
 {
-    std::string const text = Generate({ "Screen", 0, true }, { "Play", "Stop_Selected" });
+    std::string const text
+        = Generate<CppEnumerationOutput>({ "Screen", 0, true }, { "Play", "Stop_Selected" });
     EXPECT_EQ(text,
         "#pragma once\n#include <stdint.h>\n\nnamespace Zar { namespace RemoteController { namespace Features {\n"
         "    using ScreenIndex = uint16_t;\n}}}\n\nnamespace Zar { namespace RemoteButtonsConfiguration {\n\n"
@@ -146,7 +119,7 @@ TEST(CppEnumerationOutputTest, ScreensWithFirstZeroHaveNoExplicitValue)
 
 TEST(CppEnumerationOutputTest, NoNamesGiveAnEmptyBodyAndNoLast)
 {
-    std::string const text = Generate({ "Icon", 100, true }, {});
+    std::string const text = Generate<CppEnumerationOutput>({ "Icon", 100, true }, {});
     EXPECT_EQ(text,
         kIconHeader + "};\n\nstruct Icons\n{\n"
                       "    static constexpr IconIndex First = static_cast<IconIndex>(100);\n"
@@ -158,7 +131,7 @@ TEST(CppEnumerationOutputTest, NoNamesGiveAnEmptyBodyAndNoLast)
 
 TEST(CppEnumerationOutputTest, FirstZeroGivesNoEnumeratorAValue)
 {
-    std::string const text = Generate({ "Icon", 0, true }, { "a", "b", "c" });
+    std::string const text = Generate<CppEnumerationOutput>({ "Icon", 0, true }, { "a", "b", "c" });
     EXPECT_EQ(text,
         kIconHeader + "    A,\n    B,\n    C,\n};\n\nstruct Icons\n{\n"
                       "    static constexpr IconIndex Last = static_cast<IconIndex>(2);\n"
@@ -169,7 +142,7 @@ TEST(CppEnumerationOutputTest, FirstZeroGivesNoEnumeratorAValue)
 
 TEST(CppEnumerationOutputTest, FirstTenComesFromSectorThree)
 {
-    std::string const text = Generate({ "Icon", 10, true }, { "a", "b", "c" });
+    std::string const text = Generate<CppEnumerationOutput>({ "Icon", 10, true }, { "a", "b", "c" });
     EXPECT_EQ(text,
         kIconHeader + "    A = 10,\n    B,\n    C,\n};\n\nstruct Icons\n{\n"
                       "    static constexpr IconIndex Last = static_cast<IconIndex>(12);\n"
@@ -180,30 +153,33 @@ TEST(CppEnumerationOutputTest, FirstTenComesFromSectorThree)
 
 TEST(CppEnumerationOutputTest, NegativeFirstPrintsSignedButLastUnsigned)
 {
-    EXPECT_EQ(Generate({ "Icon", -10, true }, { "Play", "Stop" }),
-        kIconHeader + "    Play = -10,\n    Stop,\n};\n\nstruct Icons\n{\n"
-                      "    static constexpr IconIndex Last = static_cast<IconIndex>(4294967287);\n"
-                      "    static constexpr IconIndex First = static_cast<IconIndex>(-10);\n"
-                      "    static constexpr IconIndex Count = 2;\n"
+    EXPECT_EQ(Generate<CppEnumerationOutput>({ "Icon", -10, true }, { "Play", "Stop" }),
+        kIconHeader
+            + "    Play = -10,\n    Stop,\n};\n\nstruct Icons\n{\n"
+              "    static constexpr IconIndex Last = static_cast<IconIndex>(4294967287);\n"
+              "    static constexpr IconIndex First = static_cast<IconIndex>(-10);\n"
+              "    static constexpr IconIndex Count = 2;\n"
             + kIconOperators);
-    EXPECT_EQ(Generate({ "Icon", -20, true }, { "Play" }),
-        kIconHeader + "    Play = -20,\n};\n\nstruct Icons\n{\n"
-                      "    static constexpr IconIndex Last = static_cast<IconIndex>(4294967276);\n"
-                      "    static constexpr IconIndex First = static_cast<IconIndex>(-20);\n"
-                      "    static constexpr IconIndex Count = 1;\n"
+    EXPECT_EQ(Generate<CppEnumerationOutput>({ "Icon", -20, true }, { "Play" }),
+        kIconHeader
+            + "    Play = -20,\n};\n\nstruct Icons\n{\n"
+              "    static constexpr IconIndex Last = static_cast<IconIndex>(4294967276);\n"
+              "    static constexpr IconIndex First = static_cast<IconIndex>(-20);\n"
+              "    static constexpr IconIndex Count = 1;\n"
             + kIconOperators);
 }
 
 TEST(CppEnumerationOutputTest, LastWrapsInsteadOfOverflowing)
 {
-    std::string const text = Generate({ "Icon", INT32_MAX, true }, { "a", "b" });
+    std::string const text = Generate<CppEnumerationOutput>({ "Icon", INT32_MAX, true }, { "a", "b" });
     EXPECT_NE(text.find("    A = 2147483647,\n"), std::string::npos);
     EXPECT_NE(text.find("Last = static_cast<IconIndex>(2147483648);\n"), std::string::npos);
 }
 
 TEST(CppEnumerationOutputTest, NamesAreTrimmedAndDashesReplaced)
 {
-    std::string const text = Generate({ "Icon", 100, true }, { " Play\r", "Stop-Play", "\tpause \n" });
+    std::string const text
+        = Generate<CppEnumerationOutput>({ "Icon", 100, true }, { " Play\r", "Stop-Play", "\tpause \n" });
     EXPECT_EQ(text,
         kIconHeader + "    Play = 100,\n    Stop_Play,\n    Pause,\n};\n\nstruct Icons\n{\n"
                       "    static constexpr IconIndex Last = static_cast<IconIndex>(102);\n"
@@ -214,13 +190,14 @@ TEST(CppEnumerationOutputTest, NamesAreTrimmedAndDashesReplaced)
 
 TEST(CppEnumerationOutputTest, NamesStayAsTheyAreWithoutCapitalisation)
 {
-    std::string const text = Generate({ "Icon", 0, false }, { " play_stop ", "x-y" });
+    std::string const text = Generate<CppEnumerationOutput>({ "Icon", 0, false }, { " play_stop ", "x-y" });
     EXPECT_NE(text.find("{\n    play_stop,\n    x_y,\n};\n"), std::string::npos);
 }
 
 TEST(CppEnumerationOutputTest, OffsetNumbersTheFirstWrittenNameFromZero)
 {
-    std::string const text = Generate({ "Icon", 100, true }, { "one", "two", "three" }, 1);
+    std::string const text
+        = Generate<CppEnumerationOutput>({ "Icon", 100, true }, { "one", "two", "three" }, 1);
     EXPECT_NE(text.find("{\n    Two = 100,\n    Three,\n};\n"), std::string::npos);
     EXPECT_NE(text.find("Last = static_cast<IconIndex>(101);\n"), std::string::npos);
     EXPECT_NE(text.find("Count = 2;\n"), std::string::npos);

@@ -3,6 +3,7 @@
 // scripts is caught.
 
 #include "CppEnumerationOutput.h"
+#include "GeneratedText.h"
 #include "HelperEnumerationOutput.h"
 #include "PythonEnumerationOutput.h"
 #include "TemporaryFolder.h"
@@ -14,11 +15,11 @@
 #include <array>
 #include <cstdio>
 #include <filesystem>
-#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <sys/wait.h>
 
+using PackagerTests::Generate;
 using TestSupport::TemporaryFolder;
 using TestSupport::WriteFile;
 using Zar::Lt::Core::StringCollection;
@@ -55,18 +56,6 @@ CommandResult RunCommand(std::string const& command)
 std::string Quoted(fs::path const& path)
 {
     return "'" + path.string() + "'";
-}
-
-// Drives a writer the way the exporter does and returns the file's text.
-template <class Output>
-std::string Generate(EnumerationOption const& option, StringCollection const& names, int offset)
-{
-    std::ostringstream stream;
-    Output output(stream, option);
-    output.WriteHeader();
-    output.Write(names, offset);
-    output.WriteFooter(output.Count());
-    return stream.str();
 }
 
 // The Python module as the exporter completes it: two lines that print the values and names.

@@ -1,54 +1,22 @@
 #include "HelperEnumerationOutput.h"
 
-#include "Zar/Lt/Core/StringCollection/StringCollection.h"
+#include "GeneratedText.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <utf8.h>
 
-#include <initializer_list>
 #include <sstream>
 #include <string>
-#include <string_view>
 #include <vector>
 
-using Zar::Lt::Core::StringCollection;
+using PackagerTests::Generate;
+using PackagerTests::Lines;
+using testing::ElementsAreArray;
 using Zar::ResourcesLibrary::Tools::EnumerationOption;
 using Zar::ResourcesLibrary::Tools::HelperEnumerationOutput;
-using testing::ElementsAreArray;
 
 namespace {
-
-// The whole file as the exporter drives the writer: header, the names from offset on, footer.
-std::string Generate(EnumerationOption const& option, std::initializer_list<std::string_view> names, int offset = 0)
-{
-    StringCollection collection;
-    collection.Append(names);
-    std::ostringstream stream;
-    HelperEnumerationOutput output(stream, option);
-    output.WriteHeader();
-    output.Write(collection, offset);
-    output.WriteFooter(output.Count());
-    return stream.str();
-}
-
-// Splits a text whose every line ends with a line feed; a missing final line feed shows as a last
-// line of its own so that the comparison fails.
-std::vector<std::string> Lines(std::string const& text)
-{
-    std::vector<std::string> lines;
-    std::string::size_type start = 0;
-    while (start < text.size()) {
-        auto const end = text.find('\n', start);
-        if (end == std::string::npos) {
-            lines.push_back("<no line feed>" + text.substr(start));
-            break;
-        }
-        lines.push_back(text.substr(start, end - start));
-        start = end + 1;
-    }
-    return lines;
-}
 
 std::string const kIconHeader = "#include \"IconHelper.h\"\n"
                                 "using namespace Zar::RemoteController::Features;\n"
@@ -64,7 +32,8 @@ std::string const kFooter = "    };\n    return names[value];\n}\n";
 
 TEST(HelperEnumerationOutputTest, IconsWorkedExampleLineByLine)
 {
-    std::string const text = Generate({ "Icon", 100, true }, { "Play", "Stop_Selected" });
+    std::string const text
+        = Generate<HelperEnumerationOutput>({ "Icon", 100, true }, { "Play", "Stop_Selected" });
     std::vector<std::string> const expected {
         "#include \"IconHelper.h\"",
         "using namespace Zar::RemoteController::Features;",
@@ -85,7 +54,7 @@ TEST(HelperEnumerationOutputTest, IconsWorkedExampleLineByLine)
 
 TEST(HelperEnumerationOutputTest, IncludedHeaderIsSingularWhileTheClassIsPlural)
 {
-    std::string const text = Generate({ "Screen", 0, true }, {});
+    std::string const text = Generate<HelperEnumerationOutput>({ "Screen", 0, true }, {});
     EXPECT_EQ(text,
         "#include \"ScreenHelper.h\"\nusing namespace Zar::RemoteController::Features;\n\n"
         "//same order as Screen enumeration\nconst char* ScreensHelper::GetString(uint32_t value)\n{\n"
@@ -95,9 +64,10 @@ TEST(HelperEnumerationOutputTest, IncludedHeaderIsSingularWhileTheClassIsPlural)
 
 TEST(HelperEnumerationOutputTest, FirstValueDoesNotChangeTheTable)
 {
-    std::string const fromHundred = Generate({ "Icon", 100, true }, { "Play", "Stop" });
-    EXPECT_EQ(fromHundred, Generate({ "Icon", 0, true }, { "Play", "Stop" }));
-    EXPECT_EQ(fromHundred, Generate({ "Icon", -20, true }, { "Play", "Stop" }));
+    std::string const fromHundred
+        = Generate<HelperEnumerationOutput>({ "Icon", 100, true }, { "Play", "Stop" });
+    EXPECT_EQ(fromHundred, Generate<HelperEnumerationOutput>({ "Icon", 0, true }, { "Play", "Stop" }));
+    EXPECT_EQ(fromHundred, Generate<HelperEnumerationOutput>({ "Icon", -20, true }, { "Play", "Stop" }));
     EXPECT_EQ(fromHundred, kIconHeader + "        \"Play\",\n        \"Stop\",\n" + kFooter);
 }
 
@@ -130,24 +100,25 @@ TEST(HelperEnumerationOutputTest, IndexIsNotWritten)
 
 TEST(HelperEnumerationOutputTest, QuotesAndBackslashesAreWrittenUnescaped)
 {
-    EXPECT_EQ(Generate({ "Icon", 100, true }, { "say \"hi\"", "back\\slash" }),
+    EXPECT_EQ(Generate<HelperEnumerationOutput>({ "Icon", 100, true }, { "say \"hi\"", "back\\slash" }),
         kIconHeader + "        \"Say \"hi\"\",\n        \"Back\\slash\",\n" + kFooter);
 }
 
 TEST(HelperEnumerationOutputTest, NamesAreTrimmedAndDashesReplaced)
 {
-    EXPECT_EQ(Generate({ "Icon", 100, true }, { " Play\r", "Stop-Play" }),
+    EXPECT_EQ(Generate<HelperEnumerationOutput>({ "Icon", 100, true }, { " Play\r", "Stop-Play" }),
         kIconHeader + "        \"Play\",\n        \"Stop_Play\",\n" + kFooter);
 }
 
 TEST(HelperEnumerationOutputTest, NamesStayAsTheyAreWithoutCapitalisation)
 {
-    EXPECT_EQ(Generate({ "Icon", 100, false }, { "play_stop" }), kIconHeader + "        \"play_stop\",\n" + kFooter);
+    EXPECT_EQ(Generate<HelperEnumerationOutput>({ "Icon", 100, false }, { "play_stop" }),
+        kIconHeader + "        \"play_stop\",\n" + kFooter);
 }
 
 TEST(HelperEnumerationOutputTest, OffsetSkipsEarlierNames)
 {
-    EXPECT_EQ(Generate({ "Icon", 100, true }, { "one", "two", "three" }, 2),
+    EXPECT_EQ(Generate<HelperEnumerationOutput>({ "Icon", 100, true }, { "one", "two", "three" }, 2),
         kIconHeader + "        \"Three\",\n" + kFooter);
 }
 

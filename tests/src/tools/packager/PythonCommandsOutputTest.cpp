@@ -1,5 +1,7 @@
 #include "PythonCommandsOutput.h"
 
+#include "GeneratedText.h"
+
 #include "Zar/Lt/Core/StringCollection/StringCollection.h"
 
 #include <gmock/gmock.h>
@@ -12,27 +14,16 @@
 #include <string_view>
 #include <vector>
 
+using PackagerTests::Generate;
+using PackagerTests::Lines;
+using testing::ElementsAreArray;
 using Zar::Lt::Core::StringCollection;
 using Zar::ResourcesLibrary::Tools::EnumerationOption;
 using Zar::ResourcesLibrary::Tools::PythonCommandsOutput;
-using testing::ElementsAreArray;
 
 namespace {
 
 EnumerationOption const kIcons { "Icon", 100, true };
-
-// The whole file as the exporter drives the writer: header, the names from offset on, footer.
-std::string Generate(EnumerationOption const& option, std::initializer_list<std::string_view> names, int offset = 0)
-{
-    StringCollection collection;
-    collection.Append(names);
-    std::ostringstream stream;
-    PythonCommandsOutput output(stream, option);
-    output.WriteHeader();
-    output.Write(collection, offset);
-    output.WriteFooter(output.Count());
-    return stream.str();
-}
 
 // Only the lines written for the names, without the fixed header and footer.
 std::string Commands(std::initializer_list<std::string_view> names, bool capitalize = true)
@@ -43,24 +34,6 @@ std::string Commands(std::initializer_list<std::string_view> names, bool capital
     PythonCommandsOutput output(stream, { "Icon", 100, capitalize });
     output.Write(collection, 0);
     return stream.str();
-}
-
-// Splits a text whose every line ends with a line feed; a missing final line feed shows as a last
-// line of its own so that the comparison fails.
-std::vector<std::string> Lines(std::string const& text)
-{
-    std::vector<std::string> lines;
-    std::string::size_type start = 0;
-    while (start < text.size()) {
-        auto const end = text.find('\n', start);
-        if (end == std::string::npos) {
-            lines.push_back("<no line feed>" + text.substr(start));
-            break;
-        }
-        lines.push_back(text.substr(start, end - start));
-        start = end + 1;
-    }
-    return lines;
 }
 
 std::string const kHeader = "import enum\n"
@@ -100,7 +73,7 @@ std::string const kFooter = "\n"
 
 TEST(PythonCommandsOutputTest, WorkedExampleLineByLine)
 {
-    std::string const text = Generate(kIcons, { "Play", "Stop_Selected" });
+    std::string const text = Generate<PythonCommandsOutput>(kIcons, { "Play", "Stop_Selected" });
     std::vector<std::string> const expected {
         "import enum",
         "from software.remote.exception.command_not_found_exception import CommandNotFoundException",
@@ -141,15 +114,15 @@ TEST(PythonCommandsOutputTest, WorkedExampleLineByLine)
 
 TEST(PythonCommandsOutputTest, NoIconsGiveTheTwentyFixedMembersOnly)
 {
-    std::string const text = Generate(kIcons, {});
+    std::string const text = Generate<PythonCommandsOutput>(kIcons, {});
     EXPECT_EQ(text, kHeader + kFooter);
     EXPECT_EQ(Lines(text).size(), 4u + 20u + 7u);
 }
 
 TEST(PythonCommandsOutputTest, OptionNameAndFirstDoNotChangeTheText)
 {
-    std::string const text = Generate({ "Screen", -7, true }, { "Play" });
-    EXPECT_EQ(text, Generate(kIcons, { "Play" }));
+    std::string const text = Generate<PythonCommandsOutput>({ "Screen", -7, true }, { "Play" });
+    EXPECT_EQ(text, Generate<PythonCommandsOutput>(kIcons, { "Play" }));
     EXPECT_EQ(text, kHeader + "    Play = 'Play'\n" + kFooter);
 }
 

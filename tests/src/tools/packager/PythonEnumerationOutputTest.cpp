@@ -1,54 +1,22 @@
 #include "PythonEnumerationOutput.h"
 
-#include "Zar/Lt/Core/StringCollection/StringCollection.h"
+#include "GeneratedText.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <utf8.h>
 
-#include <initializer_list>
 #include <sstream>
 #include <string>
-#include <string_view>
 #include <vector>
 
-using Zar::Lt::Core::StringCollection;
+using PackagerTests::Generate;
+using PackagerTests::Lines;
+using testing::ElementsAreArray;
 using Zar::ResourcesLibrary::Tools::EnumerationOption;
 using Zar::ResourcesLibrary::Tools::PythonEnumerationOutput;
-using testing::ElementsAreArray;
 
 namespace {
-
-// The writer's part of the module as the exporter drives it: header, the names from offset on, footer.
-std::string Generate(EnumerationOption const& option, std::initializer_list<std::string_view> names, int offset = 0)
-{
-    StringCollection collection;
-    collection.Append(names);
-    std::ostringstream stream;
-    PythonEnumerationOutput output(stream, option);
-    output.WriteHeader();
-    output.Write(collection, offset);
-    output.WriteFooter(output.Count());
-    return stream.str();
-}
-
-// Splits a text whose every line ends with a line feed; a missing final line feed shows as a last
-// line of its own so that the comparison fails.
-std::vector<std::string> Lines(std::string const& text)
-{
-    std::vector<std::string> lines;
-    std::string::size_type start = 0;
-    while (start < text.size()) {
-        auto const end = text.find('\n', start);
-        if (end == std::string::npos) {
-            lines.push_back("<no line feed>" + text.substr(start));
-            break;
-        }
-        lines.push_back(text.substr(start, end - start));
-        start = end + 1;
-    }
-    return lines;
-}
 
 std::string const kIconHeader = "from enum import IntEnum, auto, unique\n@unique\nclass Icon(IntEnum):\n";
 
@@ -56,7 +24,8 @@ std::string const kIconHeader = "from enum import IntEnum, auto, unique\n@unique
 
 TEST(PythonEnumerationOutputTest, IconsWorkedExampleLineByLine)
 {
-    std::string const text = Generate({ "Icon", 100, true }, { "Play", "Stop_Selected" });
+    std::string const text
+        = Generate<PythonEnumerationOutput>({ "Icon", 100, true }, { "Play", "Stop_Selected" });
     std::vector<std::string> const expected {
         "from enum import IntEnum, auto, unique",
         "@unique",
@@ -72,7 +41,7 @@ TEST(PythonEnumerationOutputTest, IconsWorkedExampleLineByLine)
 
 TEST(PythonEnumerationOutputTest, ScreensWithFirstZeroAreAllAuto)
 {
-    EXPECT_EQ(Generate({ "Screen", 0, true }, { "Play", "Stop_Selected" }),
+    EXPECT_EQ(Generate<PythonEnumerationOutput>({ "Screen", 0, true }, { "Play", "Stop_Selected" }),
         "from enum import IntEnum, auto, unique\n@unique\nclass Screen(IntEnum):\n"
         "    Play = auto()\n"
         "    Stop_Selected = auto()\n"
@@ -81,12 +50,13 @@ TEST(PythonEnumerationOutputTest, ScreensWithFirstZeroAreAllAuto)
 
 TEST(PythonEnumerationOutputTest, NoNamesGiveNoBodyLines)
 {
-    EXPECT_EQ(Generate({ "Icon", 100, true }, {}), kIconHeader + "\n#0 Icon(s)\n");
+    EXPECT_EQ(Generate<PythonEnumerationOutput>({ "Icon", 100, true }, {}), kIconHeader + "\n#0 Icon(s)\n");
 }
 
 TEST(PythonEnumerationOutputTest, CommentCountsTheEnumeratorsWrittenNotTheWholeList)
 {
-    EXPECT_EQ(Generate({ "Screen", 0, true }, { "icon1", "icon2", "icon3", "main", "menu" }, 3),
+    EXPECT_EQ(Generate<PythonEnumerationOutput>(
+                  { "Screen", 0, true }, { "icon1", "icon2", "icon3", "main", "menu" }, 3),
         "from enum import IntEnum, auto, unique\n@unique\nclass Screen(IntEnum):\n"
         "    Main = auto()\n"
         "    Menu = auto()\n"
@@ -95,19 +65,22 @@ TEST(PythonEnumerationOutputTest, CommentCountsTheEnumeratorsWrittenNotTheWholeL
 
 TEST(PythonEnumerationOutputTest, FirstTenAndNegativeFirstArePrintedSigned)
 {
-    EXPECT_EQ(Generate({ "Icon", 10, true }, { "a", "b" }), kIconHeader + "    A = 10\n    B = auto()\n\n#2 Icon(s)\n");
-    EXPECT_EQ(Generate({ "Icon", -20, true }, { "a", "b" }), kIconHeader + "    A = -20\n    B = auto()\n\n#2 Icon(s)\n");
+    EXPECT_EQ(Generate<PythonEnumerationOutput>({ "Icon", 10, true }, { "a", "b" }),
+        kIconHeader + "    A = 10\n    B = auto()\n\n#2 Icon(s)\n");
+    EXPECT_EQ(Generate<PythonEnumerationOutput>({ "Icon", -20, true }, { "a", "b" }),
+        kIconHeader + "    A = -20\n    B = auto()\n\n#2 Icon(s)\n");
 }
 
 TEST(PythonEnumerationOutputTest, NamesAreTrimmedAndDashesReplaced)
 {
-    EXPECT_EQ(Generate({ "Icon", 0, true }, { " Play\r", "Stop-Play" }),
+    EXPECT_EQ(Generate<PythonEnumerationOutput>({ "Icon", 0, true }, { " Play\r", "Stop-Play" }),
         kIconHeader + "    Play = auto()\n    Stop_Play = auto()\n\n#2 Icon(s)\n");
 }
 
 TEST(PythonEnumerationOutputTest, NamesStayAsTheyAreWithoutCapitalisation)
 {
-    EXPECT_EQ(Generate({ "Icon", 0, false }, { "play_stop" }), kIconHeader + "    play_stop = auto()\n\n#1 Icon(s)\n");
+    EXPECT_EQ(Generate<PythonEnumerationOutput>({ "Icon", 0, false }, { "play_stop" }),
+        kIconHeader + "    play_stop = auto()\n\n#1 Icon(s)\n");
 }
 
 TEST(PythonEnumerationOutputTest, ValueGoesOnIndexZeroOnly)
