@@ -1,6 +1,7 @@
 #include "PackExporter.h"
 
 #include "PackReader.h"
+#include "PackSummary.h"
 #include "ScopedWorkingDirectory.h"
 #include "TemporaryFolder.h"
 #include "TestImages.h"

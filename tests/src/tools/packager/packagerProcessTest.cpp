@@ -3,6 +3,7 @@
 
 #include "BmpWriter.h"
 #include "PackReader.h"
+#include "PackSummary.h"
 #include "TemporaryFolder.h"
 #include "TestImages.h"
 

@@ -2,6 +2,7 @@
 // program with main renamed to PackagerMain.
 
 #include "PackReader.h"
+#include "PackSummary.h"
 #include "RecordingLogger.h"
 #include "ScopedWorkingDirectory.h"
 #include "TemporaryFolder.h"

@@ -1,5 +1,6 @@
 #include "PackHeader.h"
 
+#include "PackReader.h"
 #include "TestPacks.h"
 
 #include "Zar/Lt/Exceptions/PreCondition.h"
@@ -8,6 +9,7 @@
 #include <gtest/gtest.h>
 
 using namespace PackInspectTest;
+using TestSupport::Le16;
 using Zar::ResourcesLibrary::Tools::Inspect::PackHeader;
 
 TEST(PackHeaderTest, ReadsEveryField)
@@ -20,7 +22,7 @@ TEST(PackHeaderTest, ReadsEveryField)
     EXPECT_EQ(header._firstSector, 12u);
     EXPECT_EQ(header._iconCount, 12u);
     EXPECT_EQ(header._screenCount, 1u);
-    EXPECT_EQ(header._crcTable[12], GetU16(pack, 24 + 24));
+    EXPECT_EQ(header._crcTable[12], Le16(pack, 24 + 24));
     EXPECT_NE(header._crcTable[247], 0);
     EXPECT_EQ(header._crcTable[11], 0);
     EXPECT_EQ(header._namesCount, 13u);

@@ -1,5 +1,6 @@
 #include "PackVerifier.h"
 
+#include "PackReader.h"
 #include "TestPacks.h"
 
 #include <gmock/gmock.h>
@@ -10,7 +11,8 @@
 using namespace PackInspectTest;
 using testing::Contains;
 using testing::ElementsAre;
-using TestSupport::ReferenceCrc16;
+using TestSupport::Le16;
+using TestSupport::SectorCrc;
 using Zar::ResourcesLibrary::Tools::Inspect::PackFile;
 using Zar::ResourcesLibrary::Tools::Inspect::PackVerifier;
 
@@ -49,7 +51,7 @@ TEST(PackVerifierTest, ASoundPackPassesWithOneLinePerSector)
     for (auto const& sector : report._sectors)
         targets.push_back(sector._target);
     EXPECT_THAT(targets, ElementsAre(12, 13, 247, 248));
-    EXPECT_EQ(*report._sectors[2]._computed, ReferenceCrc16(bytes.data() + 3 * 4096, 4096));
+    EXPECT_EQ(*report._sectors[2]._computed, SectorCrc(bytes, 3));
 }
 
 TEST(PackVerifierTest, PrintsSectorLinesAndTheVerdict)
@@ -57,7 +59,7 @@ TEST(PackVerifierTest, PrintsSectorLinesAndTheVerdict)
     PackSpec spec;
     spec._icons.push_back(Bytes(384, 0));
     auto const bytes = BuildPack(spec);
-    uint16_t const crc = ReferenceCrc16(bytes.data() + 4096, 4096);
+    uint16_t const crc = SectorCrc(bytes, 1);
     char expected[200];
     std::snprintf(expected, sizeof expected,
         "sector  file  stored  computed  result\n"
@@ -133,7 +135,7 @@ TEST(PackVerifierTest, CatchesAFileCutInsideASector)
         report._problems, ElementsAre("the file size 19480 is not a whole number of 4096-byte sectors"));
     char line[100];
     std::snprintf(line, sizeof line, "   248     4    %04X      ----  BAD (cut short: 3096 of 4096 bytes)\n",
-        GetU16(bytes, 24 + 2 * 248));
+        Le16(bytes, 24 + 2 * 248));
     EXPECT_THAT(Printed(report), testing::HasSubstr(line));
 }
 

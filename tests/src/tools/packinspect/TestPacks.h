@@ -34,11 +34,6 @@ inline void PutU32(Bytes& bytes, std::size_t offset, uint32_t value)
         bytes[offset + i] = static_cast<uint8_t>(value >> (8 * i));
 }
 
-inline uint16_t GetU16(Bytes const& bytes, std::size_t offset)
-{
-    return static_cast<uint16_t>(bytes[offset] | bytes[offset + 1] << 8);
-}
-
 // An image of the given size whose byte k is seed + k, so every image and every byte differs.
 inline Bytes Pattern(std::size_t size, uint8_t seed)
 {
