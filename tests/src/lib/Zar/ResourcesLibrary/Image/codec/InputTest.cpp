@@ -488,6 +488,10 @@ TEST(InputTest, GetFilePathFormatsNegativeIndexesAsPrintfWould)
 TEST(InputTest, GetFilePathFormatsFlagsWidthPrecisionAndBases)
 {
     EXPECT_EQ("d/  007|.bmp", RecordingInput(FileFormat::Bmp, "d/%5.3d|.bmp", "").GetFilePath(7, ""));
+    // A '.' without digits is a precision of zero, which prints nothing at all for the index 0.
+    EXPECT_EQ("d/|.bmp", RecordingInput(FileFormat::Bmp, "d/%.d|.bmp", "").GetFilePath(0, ""));
+    EXPECT_EQ("d/   |.bmp", RecordingInput(FileFormat::Bmp, "d/%3.d|.bmp", "").GetFilePath(0, ""));
+    EXPECT_EQ("d/7|.bmp", RecordingInput(FileFormat::Bmp, "d/%.u|.bmp", "").GetFilePath(7, ""));
     EXPECT_EQ("d/7    |.bmp", RecordingInput(FileFormat::Bmp, "d/%-5d|.bmp", "").GetFilePath(7, ""));
     EXPECT_EQ("d/+7.bmp", RecordingInput(FileFormat::Bmp, "d/%+d.bmp", "").GetFilePath(7, ""));
     EXPECT_EQ("d/00ff.bmp", RecordingInput(FileFormat::Bmp, "d/%04x.bmp", "").GetFilePath(255, ""));
