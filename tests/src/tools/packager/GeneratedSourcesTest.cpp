@@ -6,20 +6,20 @@
 #include "GeneratedText.h"
 #include "HelperEnumerationOutput.h"
 #include "PythonEnumerationOutput.h"
+#include "ShellCommand.h"
 #include "TemporaryFolder.h"
 
 #include "Zar/Lt/Core/StringCollection/StringCollection.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstdio>
 #include <filesystem>
-#include <stdexcept>
 #include <string>
-#include <sys/wait.h>
 
 using PackagerTests::Generate;
+using TestSupport::CommandResult;
+using TestSupport::RunShellCommand;
+using TestSupport::ShellQuoted;
 using TestSupport::TemporaryFolder;
 using TestSupport::WriteFile;
 using Zar::Lt::Core::StringCollection;
@@ -32,31 +32,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct CommandResult
-{
-    int exitCode;
-    std::string output;
-};
-
-// Runs a shell command and gathers what it prints on both of its outputs.
-CommandResult RunCommand(std::string const& command)
-{
-    FILE* pipe = popen((command + " 2>&1").c_str(), "r");
-    if (pipe == nullptr)
-        throw std::runtime_error("Cannot run " + command);
-    std::string output;
-    std::array<char, 4096> buffer {};
-    size_t read = 0;
-    while ((read = fread(buffer.data(), 1, buffer.size(), pipe)) > 0)
-        output.append(buffer.data(), read);
-    int const status = pclose(pipe);
-    return { WIFEXITED(status) ? WEXITSTATUS(status) : -1, output };
-}
-
-std::string Quoted(fs::path const& path)
-{
-    return "'" + path.string() + "'";
-}
+std::string Quoted(fs::path const& path) { return ShellQuoted(path.string()); }
 
 // The Python module as the exporter completes it: two lines that print the values and names.
 std::string PythonModule(EnumerationOption const& option, StringCollection const& names, int offset, std::string const& lower)
@@ -137,7 +113,7 @@ protected:
 
     CommandResult RunPython(fs::path const& script) const
     {
-        return RunCommand(Quoted(PACKAGER_PYTHON3) + " " + Quoted(script));
+        return RunShellCommand(Quoted(PACKAGER_PYTHON3) + " " + Quoted(script));
     }
 
     TemporaryFolder _folder;
@@ -152,12 +128,12 @@ TEST_F(GeneratedSourcesTest, CppFilesCompileWithoutWarningsAndGiveTheExpectedVal
     WriteFile(folder / "main.cpp", kMain);
     fs::path const program = folder / "generated";
 
-    CommandResult const compile = RunCommand(Quoted(PACKAGER_CXX_COMPILER) + " -std=c++17 -Wall -Wextra -Wpedantic -Werror -I"
-        + Quoted(folder) + " " + Quoted(folder / "main.cpp") + " " + Quoted(folder / "IconsHelper.cpp") + " -o "
-        + Quoted(program));
+    CommandResult const compile = RunShellCommand(Quoted(PACKAGER_CXX_COMPILER)
+        + " -std=c++17 -Wall -Wextra -Wpedantic -Werror -I" + Quoted(folder) + " "
+        + Quoted(folder / "main.cpp") + " " + Quoted(folder / "IconsHelper.cpp") + " -o " + Quoted(program));
     ASSERT_EQ(compile.exitCode, 0) << compile.output;
 
-    CommandResult const run = RunCommand(Quoted(program));
+    CommandResult const run = RunShellCommand(Quoted(program));
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.output,
         "Play=100 Stop_Selected=101 Volume_up=102\n"

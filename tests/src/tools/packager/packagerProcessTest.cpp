@@ -4,6 +4,7 @@
 #include "BmpWriter.h"
 #include "PackReader.h"
 #include "PackSummary.h"
+#include "ShellCommand.h"
 #include "TemporaryFolder.h"
 #include "TestImages.h"
 
@@ -11,14 +12,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <set>
 #include <string>
 #include <vector>
-
-#include <sys/wait.h>
 
 namespace {
 
@@ -30,14 +28,6 @@ constexpr char kHelp[] = "packager version 0.5.0.5\n"
                          "    to include all bmp specified in list.txt in icons & screens folders\n"
                          "    version format is Major.minor.patch.build on byte (less than 256)\n"
                          "sector <integer>  to specify the first icon sector\n";
-
-std::string Quoted(std::string const& text)
-{
-    std::string quoted = "'";
-    for (char const c : text)
-        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return quoted + "'";
-}
 
 struct Process
 {
@@ -51,13 +41,17 @@ struct Process
 Process RunPackager(TemporaryFolder const& scratch, std::filesystem::path const& folder,
     std::vector<std::string> const& arguments)
 {
-    std::string command = "cd " + Quoted(folder.string()) + " && " + Quoted(PACKAGER_EXECUTABLE);
-    for (auto const& argument : arguments)
-        command += " " + Quoted(argument);
-    command += " >" + Quoted((scratch / "stdout.txt").string()) + " 2>" + Quoted((scratch / "stderr.txt").string());
-    int const result = std::system(command.c_str());
+    std::string command = ShellQuoted(PACKAGER_EXECUTABLE);
+    for (auto const& argument : arguments) {
+        command += ' ';
+        command += ShellQuoted(argument);
+    }
+    command += " >";
+    command += ShellQuoted((scratch / "stdout.txt").string());
+    command += " 2>";
+    command += ShellQuoted((scratch / "stderr.txt").string());
     Process process;
-    process.status = WIFEXITED(result) ? WEXITSTATUS(result) : -1;
+    process.status = RunShellCommand(command, folder).exitCode;
     process.output = ReadText(scratch / "stdout.txt");
     process.errors = ReadText(scratch / "stderr.txt");
     return process;

@@ -3,6 +3,7 @@
 #include "ContactSheet.h"
 #include "PackFile.h"
 #include "PackLayout.h"
+#include "ShellCommand.h"
 #include "TemporaryFolder.h"
 #include "TestPacks.h"
 
@@ -18,12 +19,15 @@
 #include <sstream>
 
 using namespace PackInspectTest;
-using TestSupport::TemporaryFolder;
-using TestSupport::ReadBytes;
-using TestSupport::ReadText;
-using TestSupport::WriteFile;
 using testing::HasSubstr;
 using testing::StartsWith;
+using TestSupport::CommandResult;
+using TestSupport::ReadBytes;
+using TestSupport::ReadText;
+using TestSupport::RunShellCommand;
+using TestSupport::ShellQuoted;
+using TestSupport::TemporaryFolder;
+using TestSupport::WriteFile;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
 using Zar::ResourcesLibrary::Tools::Inspect::CommandLine;
 using Zar::ResourcesLibrary::Tools::Inspect::ContactSheet;
@@ -71,19 +75,19 @@ public:
         std::filesystem::copy(std::string(PACKAGER_SOURCE_DIR) + "/examples/bmp", _folder / "bmp",
             std::filesystem::copy_options::recursive);
         _packager
-            = PackInspectTest::Run(_folder.Path(), "'" + PackagerPath() + "' version 1.2.3.4 sector 12");
+            = RunShellCommand(ShellQuoted(PackagerPath()) + " version 1.2.3.4 sector 12", _folder.Path());
     }
     std::filesystem::path const& Folder() const { return _folder.Path(); }
     std::string Pack() const { return (_folder / "oled.pack").string(); }
-    RunResult const& Packager() const { return _packager; }
-    RunResult Inspect(std::string const& arguments) const
+    CommandResult const& Packager() const { return _packager; }
+    CommandResult Inspect(std::string const& arguments) const
     {
-        return PackInspectTest::Run(_folder.Path(), "'" + PackinspectPath() + "' " + arguments);
+        return RunShellCommand(ShellQuoted(PackinspectPath()) + " " + arguments, _folder.Path());
     }
 
 private:
     TemporaryFolder _folder;
-    RunResult _packager;
+    CommandResult _packager;
 };
 
 // Enumerator name to value, read from a header that packager generated.
@@ -341,16 +345,16 @@ TEST(CommandLineTest, CheckReportsFailuresInItsExitStatus)
 TEST(EndToEndTest, VerifyPassesWhatPackagerWrote)
 {
     ExampleRun const run;
-    ASSERT_EQ(run.Packager()._status, 0) << run.Packager()._output;
+    ASSERT_EQ(run.Packager().exitCode, 0) << run.Packager().output;
     auto const result = run.Inspect("verify oled.pack");
-    EXPECT_EQ(result._status, 0) << result._output;
-    EXPECT_THAT(result._output, testing::EndsWith("verdict: OK, 8 sectors match their CRC\n"));
+    EXPECT_EQ(result.exitCode, 0) << result.output;
+    EXPECT_THAT(result.output, testing::EndsWith("verdict: OK, 8 sectors match their CRC\n"));
     // Every CRC packager printed is one the verifier found stored and recomputed.
     std::smatch crcLine;
-    ASSERT_TRUE(std::regex_search(run.Packager()._output, crcLine, std::regex("crc:([0-9A-F ]+)")));
+    ASSERT_TRUE(std::regex_search(run.Packager().output, crcLine, std::regex("crc:([0-9A-F ]+)")));
     std::istringstream crcs(crcLine[1]);
     for (std::string crc; crcs >> crc;)
-        EXPECT_THAT(result._output, HasSubstr(crc + "      " + crc + "  OK\n"));
+        EXPECT_THAT(result.output, HasSubstr(crc + "      " + crc + "  OK\n"));
 }
 
 TEST(EndToEndTest, VerifyFailsOnCorruptedCopies)
@@ -373,44 +377,44 @@ TEST(EndToEndTest, VerifyFailsOnCorruptedCopies)
         bytes[damage._offset] ^= 0x20;
         WriteFile(run.Folder() / "damaged.pack", bytes);
         auto const result = run.Inspect("verify damaged.pack");
-        EXPECT_EQ(result._status, 1) << damage._what;
-        EXPECT_THAT(result._output,
+        EXPECT_EQ(result.exitCode, 1) << damage._what;
+        EXPECT_THAT(result.output,
             testing::ContainsRegex(std::string(damage._expected) + " +[0-9A-F]{4} +[0-9A-F]{4}  BAD"))
             << damage._what;
-        EXPECT_THAT(result._output, testing::EndsWith("verdict: BAD, 1 problem\n")) << damage._what;
+        EXPECT_THAT(result.output, testing::EndsWith("verdict: BAD, 1 problem\n")) << damage._what;
     }
 
     auto truncated = good;
     truncated.resize(good.size() - 5000);
     WriteFile(run.Folder() / "truncated.pack", truncated);
     auto const cut = run.Inspect("verify truncated.pack");
-    EXPECT_EQ(cut._status, 1);
-    EXPECT_THAT(cut._output, HasSubstr("BAD (cut short: 3192 of 4096 bytes)"));
-    EXPECT_THAT(cut._output, HasSubstr("BAD (missing from the file)"));
+    EXPECT_EQ(cut.exitCode, 1);
+    EXPECT_THAT(cut.output, HasSubstr("BAD (cut short: 3192 of 4096 bytes)"));
+    EXPECT_THAT(cut.output, HasSubstr("BAD (missing from the file)"));
 
     auto wrongMagic = good;
     wrongMagic[2] = 'Q';
     WriteFile(run.Folder() / "magic.pack", wrongMagic);
     auto const magic = run.Inspect("verify magic.pack");
-    EXPECT_EQ(magic._status, 1);
-    EXPECT_THAT(magic._output, HasSubstr("problem: wrong magic 0051415A"));
+    EXPECT_EQ(magic.exitCode, 1);
+    EXPECT_THAT(magic.output, HasSubstr("problem: wrong magic 0051415A"));
 }
 
 TEST(EndToEndTest, AFileThatCannotBeReadExitsWithTwo)
 {
     ExampleRun const run;
     auto const result = run.Inspect("verify nothing.pack");
-    EXPECT_EQ(result._status, 2);
-    EXPECT_EQ(result._output, "packinspect: Cannot open nothing.pack\n");
-    EXPECT_EQ(run.Inspect("")._status, 2);
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.output, "packinspect: Cannot open nothing.pack\n");
+    EXPECT_EQ(run.Inspect("").exitCode, 2);
 }
 
 TEST(EndToEndTest, ListShowsWhatPackagerWrote)
 {
     ExampleRun const run;
     auto const listing = run.Inspect("list oled.pack");
-    ASSERT_EQ(listing._status, 0) << listing._output;
-    auto const listed = ListedValues(listing._output);
+    ASSERT_EQ(listing.exitCode, 0) << listing.output;
+    auto const listed = ListedValues(listing.output);
     EXPECT_EQ(listed.at("icon"), Enumerators(ReadText(run.Folder() / "Icons.h")));
     EXPECT_EQ(listed.at("screen"), Enumerators(ReadText(run.Folder() / "Screens.h")));
     EXPECT_EQ(listed.at("icon").size(), 12u);
@@ -418,19 +422,19 @@ TEST(EndToEndTest, ListShowsWhatPackagerWrote)
 
     // packager's summary counts the same sectors and bytes as the listing's store line.
     std::smatch summary;
-    ASSERT_TRUE(std::regex_search(run.Packager()._output, summary,
+    ASSERT_TRUE(std::regex_search(run.Packager().output, summary,
         std::regex(R"(^1\.2\.3\.4, 12 icons at sector 12, 3 screens, (\d+) sectors, (\d+) bytes)")));
-    EXPECT_THAT(listing._output,
+    EXPECT_THAT(listing.output,
         HasSubstr(
             "store         " + summary[1].str() + " of 256 sectors used (" + summary[2].str() + " bytes)"));
-    EXPECT_THAT(listing._output, HasSubstr("version       1.2.3.4\n"));
+    EXPECT_THAT(listing.output, HasSubstr("version       1.2.3.4\n"));
 }
 
 TEST(EndToEndTest, RenderDrawsTheDecodedLevels)
 {
     ExampleRun const run;
     auto const result = run.Inspect("render oled.pack -o sheet.png");
-    ASSERT_EQ(result._status, 0) << result._output;
+    ASSERT_EQ(result.exitCode, 0) << result.output;
     QImage const image(QString::fromStdString((run.Folder() / "sheet.png").string()));
     ASSERT_FALSE(image.isNull());
 
@@ -459,10 +463,10 @@ TEST(EndToEndTest, CheckPassesTheExamples)
 {
     ExampleRun const run;
     auto const result = run.Inspect("check");
-    EXPECT_EQ(result._status, 0) << result._output;
-    EXPECT_THAT(result._output,
+    EXPECT_EQ(result.exitCode, 0) << result.output;
+    EXPECT_THAT(result.output,
         HasSubstr("packing every image that loads prints:\n  0.6.0.0, 12 icons at sector 12, 3 screens"));
-    EXPECT_THAT(result._output, testing::EndsWith("result: 0 failures, 0 warnings\n"));
+    EXPECT_THAT(result.output, testing::EndsWith("result: 0 failures, 0 warnings\n"));
 }
 
 TEST(EndToEndTest, CheckLogsFailuresToStandardError)
@@ -470,8 +474,8 @@ TEST(EndToEndTest, CheckLogsFailuresToStandardError)
     ExampleRun const run;
     WriteFile(run.Folder() / "bmp/icons/list.txt", "Play\nNowhere\n");
     auto const result
-        = PackInspectTest::Run(run.Folder(), "('" + PackinspectPath() + "' check bmp 2>err.txt)");
-    EXPECT_EQ(result._status, 1);
-    EXPECT_THAT(result._output, HasSubstr("FAIL icon index 3, name Nowhere, file bmp/icons/Nowhere.bmp: "));
+        = RunShellCommand(ShellQuoted(PackinspectPath()) + " check bmp 2>err.txt", run.Folder());
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.output, HasSubstr("FAIL icon index 3, name Nowhere, file bmp/icons/Nowhere.bmp: "));
     EXPECT_THAT(ReadText(run.Folder() / "err.txt"), StartsWith("packinspect [20] '"));
 }

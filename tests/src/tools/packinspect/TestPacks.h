@@ -1,7 +1,7 @@
 #pragma once
 
-// Test helpers of the packinspect tests: pack files and BMP files built byte by byte, and running
-// the built tools.
+// Test helpers of the packinspect tests: pack files and BMP files built byte by byte, and where the
+// built tools are.
 
 #include "BmpWriter.h"
 #include "ReferenceCrc16.h"
@@ -15,8 +15,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#include <sys/wait.h>
 
 namespace PackInspectTest {
 
@@ -174,27 +172,6 @@ inline std::vector<uint8_t> Ramp(int width, int height, int seed)
         for (int x = 0; x < width; ++x)
             levels.push_back(static_cast<uint8_t>((x + 3 * y + seed) % 16));
     return levels;
-}
-
-struct RunResult {
-    int _status = -1;
-    std::string _output;
-};
-
-// Runs a shell command in a folder; standard output and standard error are captured together.
-inline RunResult Run(std::filesystem::path const& folder, std::string const& command)
-{
-    std::string const line = "cd '" + folder.string() + "' && " + command + " 2>&1";
-    RunResult result;
-    FILE* pipe = popen(line.c_str(), "r");
-    if (!pipe)
-        return result;
-    std::array<char, 4096> buffer {};
-    while (std::size_t got = fread(buffer.data(), 1, buffer.size(), pipe))
-        result._output.append(buffer.data(), got);
-    int const status = pclose(pipe);
-    result._status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return result;
 }
 
 inline std::string PackagerPath()
