@@ -1,5 +1,7 @@
 #include "Zar/ResourcesLibrary/Image/ClonePaint4Bpp.h"
 
+#include "ImageFixtures.h"
+
 #include "Zar/Lt/Exceptions/PreCondition.h"
 
 #include <gmock/gmock.h>
@@ -7,7 +9,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <numeric>
 #include <vector>
 
 namespace Zar::ResourcesLibrary::Image {
@@ -18,23 +19,9 @@ using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::StrEq;
 using testing::ThrowsMessage;
+using TestSupport::MakeInfo;
+using TestSupport::Numbered;
 using Zar::Lt::Exceptions::PreCondition;
-
-ImageInfo MakeInfo(ImageFormat format, int32_t width, int32_t height)
-{
-    ImageInfo info(format);
-    info._width = width;
-    info._height = height;
-    info._stride = ImageInfo::StrideOf(width, format);
-    return info;
-}
-
-MutableImage Numbered(ImageInfo const& info)
-{
-    std::vector<uint8_t> pixels(info.GetSize());
-    std::iota(pixels.begin(), pixels.end(), uint8_t { 1 });
-    return MutableImage(info, pixels);
-}
 
 TEST(ClonePaint4BppTest, FromMutableImageWithColourCopiesAndKeepsTheSource)
 {

@@ -1,5 +1,7 @@
 #include "Zar/ResourcesLibrary/Image/ImageInfo.h"
 
+#include "ImageFixtures.h"
+
 #include "Zar/Lt/Exceptions/PreCondition.h"
 
 #include <gmock/gmock.h>
@@ -13,18 +15,10 @@ namespace {
 
 using testing::StrEq;
 using testing::ThrowsMessage;
+using TestSupport::MakeInfo;
 using Zar::Lt::Exceptions::PreCondition;
 
 constexpr int32_t kWidest = std::numeric_limits<int32_t>::max();
-
-ImageInfo MakeInfo(ImageFormat format, int32_t width, int32_t height)
-{
-    ImageInfo info(format);
-    info._width = width;
-    info._height = height;
-    info._stride = ImageInfo::StrideOf(width, format);
-    return info;
-}
 
 TEST(ImageInfoTest, ConstructorSetsOnlyTheFormat)
 {

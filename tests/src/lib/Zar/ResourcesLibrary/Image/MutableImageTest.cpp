@@ -1,12 +1,13 @@
 #include "Zar/ResourcesLibrary/Image/MutableImage.h"
 
+#include "ImageFixtures.h"
+
 #include "Zar/Lt/Exceptions/PreCondition.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <numeric>
 #include <vector>
 
 namespace Zar::ResourcesLibrary::Image {
@@ -16,30 +17,10 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::StrEq;
 using testing::ThrowsMessage;
+using TestSupport::MakeInfo;
+using TestSupport::Numbered;
+using TestSupport::RowOf;
 using Zar::Lt::Exceptions::PreCondition;
-
-ImageInfo MakeInfo(ImageFormat format, int32_t width, int32_t height)
-{
-    ImageInfo info(format);
-    info._width = width;
-    info._height = height;
-    info._stride = ImageInfo::StrideOf(width, format);
-    return info;
-}
-
-// An image whose byte i holds first + i, so that every moved byte can be traced.
-MutableImage Numbered(ImageInfo const& info, uint8_t first = 1)
-{
-    std::vector<uint8_t> pixels(info.GetSize());
-    std::iota(pixels.begin(), pixels.end(), first);
-    return MutableImage(info, pixels);
-}
-
-std::vector<uint8_t> Row(MutableImage const& image, int32_t row)
-{
-    auto const begin = image.Buffer().begin() + row * static_cast<int32_t>(image.Info().Stride());
-    return { begin, begin + static_cast<int32_t>(image.Info().Stride()) };
-}
 
 TEST(MutableImageTest, EmptyHasTheEmptyInfoAndNoPixels)
 {
@@ -200,9 +181,9 @@ TEST(MutableImageTest, FlipOfThreeRowsSwapsTheOuterRows)
     auto image = Numbered(MakeInfo(ImageFormat::Gray4, 8, 3));
     image.Info()._bottomUp = 1;
     image.ImplaceFlipVertical();
-    EXPECT_THAT(Row(image, 0), ElementsAre(9, 10, 11, 12));
-    EXPECT_THAT(Row(image, 1), ElementsAre(5, 6, 7, 8));
-    EXPECT_THAT(Row(image, 2), ElementsAre(1, 2, 3, 4));
+    EXPECT_THAT(RowOf(image, 0), ElementsAre(9, 10, 11, 12));
+    EXPECT_THAT(RowOf(image, 1), ElementsAre(5, 6, 7, 8));
+    EXPECT_THAT(RowOf(image, 2), ElementsAre(1, 2, 3, 4));
     EXPECT_TRUE(image.Info().IsBottomUp());
 }
 

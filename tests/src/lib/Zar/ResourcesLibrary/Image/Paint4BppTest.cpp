@@ -1,5 +1,7 @@
 #include "Zar/ResourcesLibrary/Image/Paint4Bpp.h"
 
+#include "ImageFixtures.h"
+
 #include "Zar/Lt/Exceptions/PreCondition.h"
 #include "Zar/ResourcesLibrary/Image/ClonePaint4Bpp.h"
 
@@ -18,21 +20,13 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::StrEq;
 using testing::ThrowsMessage;
+using TestSupport::MakeInfo;
 using Zar::Lt::Exceptions::PreCondition;
 
 constexpr char kRowCheck[] = "PreCondition y < static_cast<uint32_t>(_info.Height())";
 constexpr char kRunCheck[]
     = "PreCondition offset >= 0 && end <= static_cast<int64_t>(_image->Buffer().size())";
 constexpr char kByteCheck[] = "PreCondition offset >= 0 && offset < static_cast<int64_t>(buffer.size())";
-
-ImageInfo MakeInfo(ImageFormat format, int32_t width, int32_t height)
-{
-    ImageInfo info(format);
-    info._width = width;
-    info._height = height;
-    info._stride = ImageInfo::StrideOf(width, format);
-    return info;
-}
 
 // A zero canvas with a pen whose two nibbles differ, so that every nibble written can be told apart.
 ClonePaint4Bpp Canvas(int32_t width, int32_t height, uint8_t pen = 0xAB)

@@ -1,5 +1,6 @@
 #include "Zar/ResourcesLibrary/Image/codec/AsciiInput.h"
 
+#include "ImageFixtures.h"
 #include "TemporaryFolder.h"
 
 #include "Zar/Lt/Exceptions/NotSupported.h"
@@ -11,9 +12,11 @@
 #include <string>
 #include <vector>
 
-using TestSupport::TemporaryFolder;
 using testing::StrEq;
 using testing::ThrowsMessage;
+using TestSupport::ExpectEmptyInfo;
+using TestSupport::RowOf;
+using TestSupport::TemporaryFolder;
 using Zar::Lt::Exceptions::NotSupported;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
 using Zar::ResourcesLibrary::Image::FileFormat;
@@ -26,24 +29,6 @@ namespace {
 AsciiInput MakeLoader()
 {
     return AsciiInput(FileFormat::Ascii, ImageFormat::Unknown, "%04u.txt", "", 'X', ' ');
-}
-
-std::vector<uint8_t> Row(MutableImage const& image, int row)
-{
-    auto const begin = image.Buffer().begin() + row * static_cast<int>(image.Info().Stride());
-    return { begin, begin + static_cast<int>(image.Info().Stride()) };
-}
-
-void ExpectEmptyInfo(ImageInfo const& info)
-{
-    EXPECT_EQ(0, info.Width());
-    EXPECT_EQ(0, info.Height());
-    EXPECT_EQ(0u, info.Stride());
-    EXPECT_EQ(0u, info._reserved1);
-    EXPECT_EQ(0u, info._reserved2);
-    EXPECT_FALSE(info.IsBottomUp());
-    EXPECT_EQ(ImageFormat::Rgbx, info.Format());
-    EXPECT_EQ(0, info._attribute);
 }
 
 ImageInfo HeaderOf(std::string const& text)
@@ -71,8 +56,8 @@ TEST(AsciiInputTest, TwoRowsGiveAGray4ImageWithPairsPackedHighNibbleFirst)
     EXPECT_EQ(4u, image.Info().Stride());
     EXPECT_EQ(ImageFormat::Gray4, image.Info().Format());
     ASSERT_EQ(8u, image.Buffer().size());
-    EXPECT_EQ((std::vector<uint8_t> { 0xF0, 0xF0, 0, 0 }), Row(image, 0));
-    EXPECT_EQ((std::vector<uint8_t> { 0x0F, 0xF0, 0, 0 }), Row(image, 1));
+    EXPECT_EQ((std::vector<uint8_t> { 0xF0, 0xF0, 0, 0 }), RowOf(image, 0));
+    EXPECT_EQ((std::vector<uint8_t> { 0x0F, 0xF0, 0, 0 }), RowOf(image, 1));
 }
 
 TEST(AsciiInputTest, HeaderIsBottomUpGray4WithOtherFieldsZero)
@@ -118,8 +103,8 @@ TEST(AsciiInputTest, CarriageReturnCountsAsALitPixelThatIsDroppedAsTheOddLastOne
     EXPECT_EQ(5, info.Width());
     EXPECT_EQ(2, info.Height());
     EXPECT_EQ(4u, image.Info().Stride());
-    EXPECT_EQ((std::vector<uint8_t> { 0xF0, 0xF0, 0, 0 }), Row(image, 0));
-    EXPECT_EQ((std::vector<uint8_t> { 0x0F, 0xF0, 0, 0 }), Row(image, 1));
+    EXPECT_EQ((std::vector<uint8_t> { 0xF0, 0xF0, 0, 0 }), RowOf(image, 0));
+    EXPECT_EQ((std::vector<uint8_t> { 0x0F, 0xF0, 0, 0 }), RowOf(image, 1));
 }
 
 TEST(AsciiInputTest, CarriageReturnRowsHaveAPitchOfSix)
@@ -139,8 +124,8 @@ TEST(AsciiInputTest, BlankLinesAfterTheFirstRowWidenThePitchOfEveryRow)
 
     EXPECT_EQ(4, image.Info().Width());
     EXPECT_EQ(2, image.Info().Height());
-    EXPECT_EQ((std::vector<uint8_t> { 0xF0, 0xF0, 0, 0 }), Row(image, 0));
-    EXPECT_EQ((std::vector<uint8_t> { 0x0F, 0xF0, 0, 0 }), Row(image, 1));
+    EXPECT_EQ((std::vector<uint8_t> { 0xF0, 0xF0, 0, 0 }), RowOf(image, 0));
+    EXPECT_EQ((std::vector<uint8_t> { 0x0F, 0xF0, 0, 0 }), RowOf(image, 1));
 }
 
 TEST(AsciiInputTest, LaterRowsAreNotSearchedForTheirLineFeeds)
@@ -150,7 +135,7 @@ TEST(AsciiInputTest, LaterRowsAreNotSearchedForTheirLineFeeds)
     MutableImage const image = ImageOf(text);
 
     EXPECT_EQ(2, image.Info().Height());
-    EXPECT_EQ((std::vector<uint8_t> { 0x0F, 0xF0, 0, 0 }), Row(image, 1));
+    EXPECT_EQ((std::vector<uint8_t> { 0x0F, 0xF0, 0, 0 }), RowOf(image, 1));
 }
 
 TEST(AsciiInputTest, ControlCharacterCountStopsAtTheEndOfTheData)
@@ -188,7 +173,7 @@ TEST(AsciiInputTest, OddWidthDropsTheLastColumn)
     MutableImage const image = ImageOf("XXX\n");
 
     EXPECT_EQ(3, image.Info().Width());
-    EXPECT_EQ((std::vector<uint8_t> { 0xFF, 0, 0, 0 }), Row(image, 0));
+    EXPECT_EQ((std::vector<uint8_t> { 0xFF, 0, 0, 0 }), RowOf(image, 0));
 }
 
 TEST(AsciiInputTest, AnyCharacterOtherThanTheBlankIsLit)
@@ -196,14 +181,14 @@ TEST(AsciiInputTest, AnyCharacterOtherThanTheBlankIsLit)
     MutableImage const image = ImageOf(".5a\t  \n");
 
     EXPECT_EQ(6, image.Info().Width());
-    EXPECT_EQ((std::vector<uint8_t> { 0xFF, 0xFF, 0x00, 0 }), Row(image, 0));
+    EXPECT_EQ((std::vector<uint8_t> { 0xFF, 0xFF, 0x00, 0 }), RowOf(image, 0));
 }
 
 TEST(AsciiInputTest, NulCharactersInARowAreLitPixels)
 {
     MutableImage const image = ImageOf(std::string("\0 \0\0\n", 5));
 
-    EXPECT_EQ((std::vector<uint8_t> { 0xF0, 0xFF, 0, 0 }), Row(image, 0));
+    EXPECT_EQ((std::vector<uint8_t> { 0xF0, 0xFF, 0, 0 }), RowOf(image, 0));
 }
 
 TEST(AsciiInputTest, OnlyTheClearCharacterIsConsulted)
@@ -215,7 +200,7 @@ TEST(AsciiInputTest, OnlyTheClearCharacterIsConsulted)
 
     EXPECT_EQ('#', loader.SetChar());
     EXPECT_EQ('.', loader.ClearChar());
-    EXPECT_EQ((std::vector<uint8_t> { 0xF0, 0xF0, 0, 0 }), Row(image, 0));
+    EXPECT_EQ((std::vector<uint8_t> { 0xF0, 0xF0, 0, 0 }), RowOf(image, 0));
 }
 
 TEST(AsciiInputTest, InheritedConstructorUsesXAndBlank)
@@ -328,8 +313,8 @@ TEST(AsciiInputTest, LoadReadsTheFile)
 
     EXPECT_EQ(4, image.Info().Width());
     EXPECT_EQ(2, image.Info().Height());
-    EXPECT_EQ((std::vector<uint8_t> { 0xF0, 0xF0, 0, 0 }), Row(image, 0));
-    EXPECT_EQ((std::vector<uint8_t> { 0x0F, 0xF0, 0, 0 }), Row(image, 1));
+    EXPECT_EQ((std::vector<uint8_t> { 0xF0, 0xF0, 0, 0 }), RowOf(image, 0));
+    EXPECT_EQ((std::vector<uint8_t> { 0x0F, 0xF0, 0, 0 }), RowOf(image, 1));
 }
 
 TEST(AsciiInputTest, LoadOfAStringPathReadsTheFile)

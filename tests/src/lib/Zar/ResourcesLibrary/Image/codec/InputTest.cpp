@@ -1,6 +1,7 @@
 #include "Zar/ResourcesLibrary/Image/codec/Input.h"
 
 #include "BmpWriter.h"
+#include "ImageFixtures.h"
 #include "TemporaryFolder.h"
 
 #include "Zar/Lt/Exceptions/NotSupported.h"
@@ -22,7 +23,10 @@
 #include <string>
 #include <vector>
 
+using testing::StrEq;
+using testing::ThrowsMessage;
 using TestSupport::BmpWriter;
+using TestSupport::ExpectEmptyInfo;
 using TestSupport::TemporaryFolder;
 using Zar::Lt::Exceptions::NotSupported;
 using Zar::Lt::Exceptions::PreCondition;
@@ -33,8 +37,6 @@ using Zar::ResourcesLibrary::Image::ImageFormat;
 using Zar::ResourcesLibrary::Image::ImageInfo;
 using Zar::ResourcesLibrary::Image::Input;
 using Zar::ResourcesLibrary::Image::MutableImage;
-using testing::StrEq;
-using testing::ThrowsMessage;
 
 namespace {
 
@@ -134,14 +136,6 @@ private:
     std::string _data;
     size_t _position = 0;
 };
-
-void ExpectEmptyInfo(ImageInfo const& info)
-{
-    EXPECT_EQ(0, info.Width());
-    EXPECT_EQ(0, info.Height());
-    EXPECT_EQ(0u, info.Stride());
-    EXPECT_EQ(ImageFormat::Rgbx, info.Format());
-}
 
 std::string const BmpIcons = "bmp/icons";
 
