@@ -1,5 +1,6 @@
 #include "TreeChecker.h"
 
+#include "RecordingLogger.h"
 #include "TemporaryFolder.h"
 #include "TestPacks.h"
 
@@ -9,23 +10,15 @@
 #include <sstream>
 
 using namespace PackInspectTest;
-using TestSupport::TemporaryFolder;
-using TestSupport::WriteFile;
 using testing::AllOf;
 using testing::Contains;
 using testing::HasSubstr;
+using TestSupport::TemporaryFolder;
+using TestSupport::WriteFile;
+using zar::logging::test::RecordingLogger;
 using Zar::ResourcesLibrary::Tools::Inspect::TreeChecker;
 
 namespace {
-
-class RecordingLogger : public zar::logging::ILogger {
-public:
-    void Log(int level, std::string const& message, char const*, unsigned) override
-    {
-        _records.push_back(std::to_string(level) + " " + message);
-    }
-    std::vector<std::string> _records;
-};
 
 // A bmp tree in a temporary folder: icons/ and screens/, each with its list.txt.
 class Tree {
@@ -83,7 +76,8 @@ Outcome Check(Tree const& tree, int32_t sector = 12, bool logStacks = false)
     checker.Print(printed);
     outcome._printed = printed.str();
     outcome._packagerOutput = checker.PackagerOutput();
-    outcome._logged = logger._records;
+    for (auto const& record : logger.Records())
+        outcome._logged.push_back(std::to_string(record.level) + " " + record.message);
     EXPECT_EQ(checker.FailureCount(), outcome._failures.size());
     return outcome;
 }
@@ -323,7 +317,6 @@ TEST(TreeCheckerTest, AddsTheSlashToTheRoot)
     tree.MakeSound();
     std::string root = tree.Root();
     root.pop_back();
-    RecordingLogger logger;
     TreeChecker checker(root, 12, nullptr, false);
     checker.Run();
     EXPECT_EQ(checker.FailureCount(), 0u);
