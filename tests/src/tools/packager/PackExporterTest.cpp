@@ -413,7 +413,8 @@ TEST_F(PackExporterTest, CrcEntriesPastTheLastTargetSectorAreNotWritten)
     exporter.Open(PackPath());
     for (int i = 0; i < 11; ++i) {
         MutableImage icon = MakeGray4Image(32, 24, static_cast<uint8_t>(i));
-        exporter.ProcessImage(i + 2, "I" + std::to_string(i), icon);
+        std::string const number = std::to_string(i);
+        exporter.ProcessImage(i + 2, "I" + number, icon);
     }
     CloseCapturing(exporter);
 
@@ -432,7 +433,8 @@ TEST_F(PackExporterTest, IconSectorNumbersWrapAt16Bits)
     exporter.Open(PackPath());
     for (int i = 0; i < 11; ++i) {
         MutableImage icon = MakeGray4Image(32, 24, static_cast<uint8_t>(i));
-        exporter.ProcessImage(i + 2, "I" + std::to_string(i), icon);
+        std::string const number = std::to_string(i);
+        exporter.ProcessImage(i + 2, "I" + number, icon);
     }
     std::string const printed = CloseCapturing(exporter);
 

@@ -16,7 +16,9 @@ inline std::string CrcLine(std::vector<uint16_t> const& crcs)
     for (std::size_t i = 0; i < crcs.size(); ++i) {
         char text[8];
         std::snprintf(text, sizeof text, "%04X", crcs[i]);
-        line += (i == 0 ? "" : " ") + std::string(text);
+        if (i != 0)
+            line += ' ';
+        line += text;
     }
     return line + "\n";
 }
