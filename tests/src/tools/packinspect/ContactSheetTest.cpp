@@ -59,9 +59,9 @@ TEST(ContactSheetTest, GreysRunFromBlackToWhite)
 
 TEST(ContactSheetTest, LaysIconsInARowAndEachScreenOnItsOwnRow)
 {
-    auto spec = WorkedExample();
-    spec._screens.push_back(Pattern(8192, 40));
-    PackFile const pack(BuildPack(spec));
+    auto contents = WorkedExample();
+    contents._screens.push_back(Pattern(8192, 40));
+    PackFile const pack(BuildPack(contents));
     auto const sheet = LaySheet(pack);
     auto const& cells = sheet.Cells();
     ASSERT_EQ(cells.size(), 14u);
@@ -80,9 +80,9 @@ TEST(ContactSheetTest, LaysIconsInARowAndEachScreenOnItsOwnRow)
 
 TEST(ContactSheetTest, DrawsEveryPixelAtItsGreyLevel)
 {
-    auto spec = WorkedExample();
-    spec._icons[3] = Bytes(384, 0x0F);
-    auto const bytes = BuildPack(spec);
+    auto contents = WorkedExample();
+    contents._icons[3] = Bytes(384, 0x0F);
+    auto const bytes = BuildPack(contents);
     PackFile const pack(bytes);
     auto const sheet = LaySheet(pack);
     QImage const image = sheet.Render(pack, "title");

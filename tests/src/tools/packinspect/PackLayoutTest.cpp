@@ -16,9 +16,9 @@ namespace {
 ImageGeometry const Icon(32, 24);
 ImageGeometry const Screen(256, 64);
 
-PackLayout Lay(PackSpec const& spec, ImageGeometry const& icon = Icon)
+PackLayout Lay(PackContents const& contents, ImageGeometry const& icon = Icon)
 {
-    return PackLayout::Compute(PackHeader::Parse(BuildPack(spec)), icon, Screen);
+    return PackLayout::Compute(PackHeader::Parse(BuildPack(contents)), icon, Screen);
 }
 
 } // namespace
@@ -55,16 +55,16 @@ TEST(PackLayoutTest, ValuesFollowTheGeneratedHeaders)
     EXPECT_STREQ(images[0].KindName(), "icon");
     EXPECT_EQ(images[12]._name, "Screen0");
 
-    auto spec = WorkedExample();
-    spec._firstSector = 1;
-    EXPECT_EQ(Lay(spec).Images()[0]._value, -10);
+    auto contents = WorkedExample();
+    contents._firstSector = 1;
+    EXPECT_EQ(Lay(contents).Images()[0]._value, -10);
 }
 
 TEST(PackLayoutTest, ScreensStartAt247AndTakeWholeSectors)
 {
-    auto spec = WorkedExample();
-    spec._screens.push_back(Pattern(8192, 9));
-    auto const layout = Lay(spec);
+    auto contents = WorkedExample();
+    contents._screens.push_back(Pattern(8192, 9));
+    auto const layout = Lay(contents);
     auto const& images = layout.Images();
     EXPECT_EQ(images[12]._targetSector, 247u);
     EXPECT_EQ(images[12]._fileSector, 3u);
@@ -77,9 +77,9 @@ TEST(PackLayoutTest, ScreensStartAt247AndTakeWholeSectors)
 TEST(PackLayoutTest, ASectorClosesWhenOneMoreIconWouldNotFit)
 {
     // 2048-byte icons: after the first, 2048 + 2048 reaches 4096, so each icon gets its own sector.
-    PackSpec spec;
-    spec._icons = { Pattern(2048, 1), Pattern(2048, 2) };
-    auto const layout = Lay(spec, ImageGeometry(64, 64));
+    PackContents contents;
+    contents._icons = { Pattern(2048, 1), Pattern(2048, 2) };
+    auto const layout = Lay(contents, ImageGeometry(64, 64));
     EXPECT_EQ(layout.Images()[1]._targetSector, 13u);
     EXPECT_EQ(layout.Images()[1]._offset, 0u);
     EXPECT_EQ(layout.IconSectors(), 2u);
@@ -87,10 +87,10 @@ TEST(PackLayoutTest, ASectorClosesWhenOneMoreIconWouldNotFit)
 
 TEST(PackLayoutTest, ElevenIconsTakeTwoSectors)
 {
-    PackSpec spec;
+    PackContents contents;
     for (uint8_t k = 0; k < 11; ++k)
-        spec._icons.push_back(Pattern(384, k));
-    auto const layout = Lay(spec);
+        contents._icons.push_back(Pattern(384, k));
+    auto const layout = Lay(contents);
     EXPECT_EQ(layout.IconSectors(), 2u);
     EXPECT_EQ(layout.FileSectors(), 3u);
 }

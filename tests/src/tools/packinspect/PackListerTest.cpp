@@ -30,11 +30,11 @@ Listing List(Bytes bytes, ImageGeometry const& icon = ImageGeometry(32, 24))
 
 TEST(PackListerTest, ListsTheHeaderTheStoreAndEveryImage)
 {
-    PackSpec spec;
-    spec._icons = { Pattern(384, 1), Pattern(384, 2) };
-    spec._screens = { Pattern(8192, 3) };
-    spec._names = { "Play", "Stop_Selected", "Splash" };
-    auto const listing = List(BuildPack(spec));
+    PackContents contents;
+    contents._icons = { Pattern(384, 1), Pattern(384, 2) };
+    contents._screens = { Pattern(8192, 3) };
+    contents._names = { "Play", "Stop_Selected", "Splash" };
+    auto const listing = List(BuildPack(contents));
     EXPECT_EQ(listing._problems, 0u);
     EXPECT_EQ(listing._text,
         "version       1.2.3.4\n"
@@ -53,7 +53,7 @@ TEST(PackListerTest, ListsTheHeaderTheStoreAndEveryImage)
 
 TEST(PackListerTest, AnEmptyPackHasNoTable)
 {
-    auto const listing = List(BuildPack(PackSpec {}));
+    auto const listing = List(BuildPack(PackContents {}));
     EXPECT_EQ(listing._problems, 0u);
     EXPECT_THAT(listing._text, testing::EndsWith("names area    0 of 3552 bytes used, 0 names\n"));
 }

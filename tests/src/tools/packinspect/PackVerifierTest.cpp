@@ -56,9 +56,9 @@ TEST(PackVerifierTest, ASoundPackPassesWithOneLinePerSector)
 
 TEST(PackVerifierTest, PrintsSectorLinesAndTheVerdict)
 {
-    PackSpec spec;
-    spec._icons.push_back(Bytes(384, 0));
-    auto const bytes = BuildPack(spec);
+    PackContents contents;
+    contents._icons.push_back(Bytes(384, 0));
+    auto const bytes = BuildPack(contents);
     uint16_t const crc = SectorCrc(bytes, 1);
     char expected[200];
     std::snprintf(expected, sizeof expected,
@@ -71,7 +71,7 @@ TEST(PackVerifierTest, PrintsSectorLinesAndTheVerdict)
 
 TEST(PackVerifierTest, AnEmptyPackIsTheHeaderAlone)
 {
-    auto const report = Verify(BuildPack(PackSpec {}));
+    auto const report = Verify(BuildPack(PackContents {}));
     EXPECT_EQ(report.ProblemCount(), 0u);
     EXPECT_EQ(Printed(report), "verdict: OK, 0 sectors match their CRC\n");
 }
@@ -212,9 +212,9 @@ TEST(PackVerifierTest, ReportsCountsThatDisagreeWithTheNames)
 
 TEST(PackVerifierTest, ReportsIconSectorsThatReachTheScreens)
 {
-    auto spec = WorkedExample();
-    spec._firstSector = 246;
-    auto const report = Verify(BuildPack(spec));
+    auto contents = WorkedExample();
+    contents._firstSector = 246;
+    auto const report = Verify(BuildPack(contents));
     EXPECT_THAT(report._problems, Contains("two sectors map to the same CRC entry 247"));
     EXPECT_THAT(report._problems,
         Contains("the icon sectors 246 to 247 do not all stay below 247, where the screens begin"));
@@ -225,11 +225,11 @@ TEST(PackVerifierTest, ReportsIconSectorsThatReachTheScreens)
 TEST(PackVerifierTest, ReportsIconSectorsTheHeaderDoesNotMap)
 {
     // Icons of 1000 bytes go four to a sector, fewer than the ten the header's formula assumes.
-    PackSpec spec;
+    PackContents contents;
     for (uint8_t k = 0; k < 20; ++k)
-        spec._icons.push_back(Pattern(1000, k));
-    spec._screens.push_back(Pattern(8192, 1));
-    auto const report = Verify(BuildPack(spec));
+        contents._icons.push_back(Pattern(1000, k));
+    contents._screens.push_back(Pattern(8192, 1));
+    auto const report = Verify(BuildPack(contents));
     EXPECT_THAT(
         report._problems, Contains("the file holds 5 icon sectors, the header maps 2 ((icons + 9) / 10)"));
     EXPECT_FALSE(BadTargets(report).empty());
@@ -237,10 +237,10 @@ TEST(PackVerifierTest, ReportsIconSectorsTheHeaderDoesNotMap)
 
 TEST(PackVerifierTest, ReportsScreensPastTheStore)
 {
-    PackSpec spec;
+    PackContents contents;
     for (uint8_t k = 0; k < 5; ++k)
-        spec._screens.push_back(Pattern(8192, k));
-    auto const report = Verify(BuildPack(spec));
+        contents._screens.push_back(Pattern(8192, k));
+    auto const report = Verify(BuildPack(contents));
     EXPECT_THAT(BadTargets(report), ElementsAre(256));
     EXPECT_EQ(report._sectors.back()._note, "past the 256-sector store");
     EXPECT_FALSE(report._sectors.back()._stored);

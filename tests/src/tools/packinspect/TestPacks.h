@@ -41,7 +41,7 @@ inline Bytes Pattern(std::size_t size, uint8_t seed)
     return bytes;
 }
 
-struct PackSpec {
+struct PackContents {
     uint32_t _version = 0x01020304;
     uint32_t _firstSector = 12;
     std::vector<Bytes> _icons;
@@ -52,7 +52,7 @@ struct PackSpec {
 
 // Lays a pack out the way the packager writes one: icons packed with its look-ahead sector close,
 // sectors padded with 0xFF, every screen on fresh sectors, the CRC table filled by its formula.
-inline Bytes BuildPack(PackSpec const& spec)
+inline Bytes BuildPack(PackContents const& contents)
 {
     constexpr std::size_t sector = 4096;
     Bytes file(sector, 0);
@@ -62,7 +62,7 @@ inline Bytes BuildPack(PackSpec const& spec)
         crcs.push_back(TestSupport::ReferenceCrc16(file.data() + file.size() - sector, sector));
     };
     std::size_t offset = 0;
-    for (auto const& icon : spec._icons) {
+    for (auto const& icon : contents._icons) {
         file.insert(file.end(), icon.begin(), icon.end());
         offset += icon.size();
         if (offset + icon.size() >= sector) {
@@ -72,7 +72,7 @@ inline Bytes BuildPack(PackSpec const& spec)
     }
     if (offset != 0)
         closeSector(offset);
-    for (auto const& screen : spec._screens) {
+    for (auto const& screen : contents._screens) {
         for (std::size_t start = 0; start < screen.size(); start += sector) {
             std::size_t const piece = std::min(sector, screen.size() - start);
             file.insert(file.end(), screen.begin() + static_cast<std::ptrdiff_t>(start),
@@ -83,24 +83,24 @@ inline Bytes BuildPack(PackSpec const& spec)
 
     std::copy_n("ZAR", 4, file.begin());
     PutU32(file, 4, 0x00050100);
-    PutU32(file, 8, spec._version);
-    PutU32(file, 12, spec._firstSector & 0xFFFF);
-    PutU32(file, 16, static_cast<uint32_t>(spec._icons.size()));
-    PutU32(file, 20, static_cast<uint32_t>(spec._screens.size()));
-    std::size_t const iconSectors = (spec._icons.size() + 9) / 10;
-    if (iconSectors + 2 * spec._screens.size() > crcs.size())
+    PutU32(file, 8, contents._version);
+    PutU32(file, 12, contents._firstSector & 0xFFFF);
+    PutU32(file, 16, static_cast<uint32_t>(contents._icons.size()));
+    PutU32(file, 20, static_cast<uint32_t>(contents._screens.size()));
+    std::size_t const iconSectors = (contents._icons.size() + 9) / 10;
+    if (iconSectors + 2 * contents._screens.size() > crcs.size())
         throw std::logic_error("the packager refuses a pack whose CRC table is short");
     for (std::size_t i = 0; i < iconSectors; ++i)
-        PutU16(file, 24 + 2 * ((spec._firstSector + i) & 0xFFFF), crcs[i]);
-    for (std::size_t j = 0; j < 2 * spec._screens.size(); ++j)
+        PutU16(file, 24 + 2 * ((contents._firstSector + i) & 0xFFFF), crcs[i]);
+    for (std::size_t j = 0; j < 2 * contents._screens.size(); ++j)
         if (247 + j < 256)
             PutU16(file, 24 + 2 * (247 + j), crcs[iconSectors + j]);
 
-    std::vector<std::string> names = spec._names;
+    std::vector<std::string> names = contents._names;
     if (names.empty()) {
-        for (std::size_t k = 0; k < spec._icons.size(); ++k)
+        for (std::size_t k = 0; k < contents._icons.size(); ++k)
             names.push_back("Icon" + std::to_string(k));
-        for (std::size_t k = 0; k < spec._screens.size(); ++k)
+        for (std::size_t k = 0; k < contents._screens.size(); ++k)
             names.push_back("Screen" + std::to_string(k));
     }
     std::size_t used = 0;
@@ -115,13 +115,13 @@ inline Bytes BuildPack(PackSpec const& spec)
 }
 
 // The usual pack of the examples: 12 icons of 32x24 (384 bytes), one screen of 256x64 (8192 bytes).
-inline PackSpec WorkedExample()
+inline PackContents WorkedExample()
 {
-    PackSpec spec;
+    PackContents contents;
     for (uint8_t k = 0; k < 12; ++k)
-        spec._icons.push_back(Pattern(384, static_cast<uint8_t>(k * 7)));
-    spec._screens.push_back(Pattern(8192, 3));
-    return spec;
+        contents._icons.push_back(Pattern(384, static_cast<uint8_t>(k * 7)));
+    contents._screens.push_back(Pattern(8192, 3));
+    return contents;
 }
 
 // A 4-bit BMP, bottom-up, with the given palette (16 grey values) and levels (one per pixel, row by
