@@ -35,6 +35,12 @@ constexpr uint32_t kCommandsLine = 134;
 constexpr uint32_t kHelperLine = 145;
 constexpr uint32_t kErrorsLine = 193;
 constexpr uint32_t kNameLine = 264;
+// The function texts too, so that they do not depend on the compiler's spelling of a signature.
+constexpr char kCloseFunction[] = "void Zar::ResourcesLibrary::Tools::PackExporter::Close()";
+constexpr char kCloseSectorFunction[] = "void Zar::ResourcesLibrary::Tools::PackExporter::CloseSector()";
+constexpr char kWriteHeaderFunction[] = "void Zar::ResourcesLibrary::Tools::PackExporter::WriteHeader()";
+constexpr char kProcessIconFunction[] = "void Zar::ResourcesLibrary::Tools::PackExporter::ProcessIcon("
+                                        "int, const string_view&, Zar::ResourcesLibrary::Image::MutableImage&)";
 
 // Names become identifiers in the generated C++ and Python sources.
 constexpr char kForbiddenNameCharacters[] = "-\".,'";
@@ -134,7 +140,7 @@ void PackExporter::Close()
     PrintCrcLine();
     std::string const errors = _errors.str();
     if (!errors.empty())
-        throw ResourcesLibraryException(ZAR_SOURCE_INFO_AT(kSourceFile, kErrorsLine), errors);
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO_OF(kCloseFunction, kSourceFile, kErrorsLine), errors);
 }
 
 void PackExporter::IncrementOffset(int size)
@@ -150,7 +156,7 @@ void PackExporter::CloseSector()
     if (_offset == 0)
         return;
     int const tail = kSectorSize - _offset;
-    ZAR_PRECONDITION(tail > 0);
+    ZAR_CHECK(PreCondition, tail > 0, "", ZAR_SOURCE_INFO_OF(kCloseSectorFunction, ZAR_SOURCE_FILE, __LINE__));
     WritePadding(tail);
     _crcTable.push_back(_crc.Value(kPadding, static_cast<unsigned>(tail)));
     _crc.Reset();
@@ -178,7 +184,7 @@ void PackExporter::WriteHeader()
     int32_t const screenSectors = kSectorsPerScreen * _screensCount;
     int64_t const sectorCount = int64_t { iconSectors } + screenSectors;
     ZAR_CHECK(PostCondition, static_cast<size_t>(sectorCount) <= _crcTable.size(), "",
-        ZAR_SOURCE_INFO_AT(kSourceFile, 64));
+        ZAR_SOURCE_INFO_OF(kWriteHeaderFunction, kSourceFile, 64));
 
     for (int32_t i = 0; i < iconSectors; ++i)
         PutCrcEntry(header, static_cast<uint32_t>(WrappingAdd(_firstSector, i)) & 0xFFFF, _crcTable[i]);
@@ -220,7 +226,8 @@ bool PackExporter::ProcessImage(int index, string_view const& name, MutableImage
 
 void PackExporter::ProcessIcon(int, string_view const& name, MutableImage& image)
 {
-    ZAR_CHECK(PostCondition, !_screensCount, "Cannot add icons after screens", ZAR_SOURCE_INFO());
+    ZAR_CHECK(PostCondition, !_screensCount, "Cannot add icons after screens",
+        ZAR_SOURCE_INFO_OF(kProcessIconFunction, ZAR_SOURCE_FILE, __LINE__));
     // Sizes and zero-fills an image that has no pixels yet; refuses an image without rows.
     image.GetLine(0);
 

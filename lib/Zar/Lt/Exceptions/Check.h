@@ -5,12 +5,17 @@
 //   ZAR_PRECONDITION(bpp == 4);                    // throws PreCondition "PreCondition bpp == 4"
 //   ZAR_POSTCONDITION(actual <= size);             // throws PostCondition "PostCondition actual <= size"
 //   ZAR_CHECK(PostCondition, !_screensCount, "Cannot add icons after screens", ZAR_SOURCE_INFO());
-//   ZAR_CHECK(PreCondition, x >= 0, "", ZAR_SOURCE_INFO_AT("src/lib/Zar/ResourcesLibrary/Image/ImageInfo", 97));
+//   ZAR_CHECK(PreCondition, x >= 0, "", ZAR_SOURCE_INFO_OF(kGetBytesFunction, kSourceFile, 97));
 //   throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Cannot open " + path);
 //
-// The function text is GCC's pretty signature; the file is the source path relative to the
+// The function text is the compiler's pretty signature; the file is the source path relative to the
 // repository root without its extension (the build maps the root away with -fmacro-prefix-map), and
 // the line is the real one unless a fixed place is given with ZAR_SOURCE_INFO_AT.
+//
+// Compilers spell signatures differently (GCC writes "const char*" and "{anonymous}", Clang
+// "const char *" and "(anonymous namespace)", and Clang expands member typedefs). Where a failure's
+// function text is part of what the tool promises, ZAR_SOURCE_INFO_OF gives it as a fixed text so
+// that it reads the same whatever compiled the tool.
 
 #include "Zar/Lt/Exceptions/PostCondition.h"
 #include "Zar/Lt/Exceptions/PreCondition.h"
@@ -63,6 +68,8 @@ inline std::string CheckMessage(char const* word, char const* condition, std::st
     (::Zar::Lt::Exceptions::SourceInfo { __PRETTY_FUNCTION__, ZAR_SOURCE_FILE, __LINE__ })
 
 #define ZAR_SOURCE_INFO_AT(file, line) (::Zar::Lt::Exceptions::SourceInfo { __PRETTY_FUNCTION__, file, line })
+
+#define ZAR_SOURCE_INFO_OF(function, file, line) (::Zar::Lt::Exceptions::SourceInfo { function, file, line })
 
 #define ZAR_CHECK(Kind, condition, detail, source)                                                     \
     do {                                                                                               \

@@ -15,6 +15,9 @@ using std::string;
 
 namespace {
 
+// The failure's function text, fixed so that it does not depend on the compiler's spelling.
+constexpr char kParseSignatureFunction[] = "void Zar::Lt::Exceptions::Symbol::ParseSignature()";
+
 // The text between `from` and `to`, or nothing when the range is empty or reversed.
 std::string_view Between(std::string_view text, std::string_view::size_type from, std::string_view::size_type to)
 {
@@ -182,7 +185,8 @@ void Symbol::ParseSignature()
         // A ')' that stands before the '(' does not close the parameter list.
         if (end != string::npos && end < open)
             end = string::npos;
-        ZAR_CHECK(PreCondition, end != string::npos, "", ZAR_SOURCE_INFO_AT("lib/Zar/Lt/Exceptions/Symbol", 24));
+        ZAR_CHECK(PreCondition, end != string::npos, "",
+            ZAR_SOURCE_INFO_OF(kParseSignatureFunction, "lib/Zar/Lt/Exceptions/Symbol", 24));
         _fullPath = signature.substr(0, open);
         _parameters = signature.substr(open + 1, end - open - 1);
     } else {

@@ -982,7 +982,7 @@ struct WriterCase
 {
     std::string blockedFile;
     std::function<void(PackExporter&, EnumerationOption const&)> write;
-    std::string function;
+    std::string function; // the writer's qualified name and its opening parenthesis
     uint32_t line;
 
     // Names the test case after the file it blocks rather than its bytes.
@@ -1004,7 +1004,8 @@ TEST_P(CannotSaveTest, AFileThatCannotBeCreatedIsReportedWithItsPath)
     auto const failure = Catch<ResourcesLibraryException>([&] { GetParam().write(exporter, { "Icon", 100, true }); });
     ASSERT_TRUE(failure);
     EXPECT_EQ("Cannot save file '" + _folder.Prefix() + GetParam().blockedFile + "'", failure->what());
-    EXPECT_EQ(GetParam().function, failure->Source()._function);
+    // The writer's signature as the compiler spells it: its qualified name is what stays the same.
+    EXPECT_THAT(failure->Source()._function, testing::HasSubstr(GetParam().function));
     EXPECT_STREQ(kExporterFile, failure->Source()._file);
     EXPECT_EQ(GetParam().line, failure->Source()._line);
     testing::internal::CaptureStdout();
@@ -1016,27 +1017,23 @@ INSTANTIATE_TEST_SUITE_P(Writers, CannotSaveTest,
     testing::Values(
         WriterCase { "Icons.h",
             [](PackExporter& exporter, EnumerationOption const& option) { exporter.WriteCEnumerationFile(option, 0); },
-            "void Zar::ResourcesLibrary::Tools::PackExporter::WriteCEnumerationFile(const "
-            "Zar::ResourcesLibrary::Tools::EnumerationOption&, int)",
+            " Zar::ResourcesLibrary::Tools::PackExporter::WriteCEnumerationFile(",
             111 },
         WriterCase { "Icons.py",
             [](PackExporter& exporter, EnumerationOption const& option) {
                 exporter.WritePythonEnumerationFile(option, 0);
             },
-            "void Zar::ResourcesLibrary::Tools::PackExporter::WritePythonEnumerationFile(const "
-            "Zar::ResourcesLibrary::Tools::EnumerationOption&, int)",
+            " Zar::ResourcesLibrary::Tools::PackExporter::WritePythonEnumerationFile(",
             122 },
         WriterCase { "commands.py",
             [](PackExporter& exporter, EnumerationOption const& option) { exporter.WritePythonCommandFile(option, 0); },
-            "void Zar::ResourcesLibrary::Tools::PackExporter::WritePythonCommandFile(const "
-            "Zar::ResourcesLibrary::Tools::EnumerationOption&, int)",
+            " Zar::ResourcesLibrary::Tools::PackExporter::WritePythonCommandFile(",
             134 },
         WriterCase { "IconsHelper.cpp",
             [](PackExporter& exporter, EnumerationOption const& option) {
                 exporter.WritHelperEnumerationFile(option, 0);
             },
-            "void Zar::ResourcesLibrary::Tools::PackExporter::WritHelperEnumerationFile(const "
-            "Zar::ResourcesLibrary::Tools::EnumerationOption&, int)",
+            " Zar::ResourcesLibrary::Tools::PackExporter::WritHelperEnumerationFile(",
             145 }));
 
 TEST_F(PackExporterTest, TheCommandsFileNameDoesNotDependOnTheOption)

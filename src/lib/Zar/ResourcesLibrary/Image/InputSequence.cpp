@@ -13,6 +13,10 @@ namespace Zar::ResourcesLibrary::Image {
 namespace {
 
 constexpr char SourceFile[] = "src/lib/Zar/ResourcesLibrary/Image/InputSequence";
+// The failures' function texts, fixed so that they do not depend on the compiler's spelling.
+constexpr char kCheckInputFunction[] = "bool Zar::ResourcesLibrary::Image::InputSequence::CheckInput() const";
+constexpr char kAddListFunction[] = "void Zar::ResourcesLibrary::Image::InputSequence::AddList(const string&)";
+constexpr char kLoadAllFunction[] = "void Zar::ResourcesLibrary::Image::InputSequence::LoadAll(const Callback&, int)";
 constexpr char const* WhiteSpace = " \t\r\n";
 
 // Reads one line, keeping at most maxLength characters of it: the rest of a longer line is
@@ -60,7 +64,7 @@ bool InputSequence::CheckInput() const
     if (_input)
         return true;
     if (_required)
-        throw ResourcesLibraryException(ZAR_SOURCE_INFO_AT(SourceFile, 29), "No input");
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO_OF(kCheckInputFunction, SourceFile, 29), "No input");
     return false;
 }
 
@@ -74,7 +78,7 @@ void InputSequence::AddList(string const& listPath)
     std::ifstream stream(listPath);
     if (!stream.is_open()) {
         if (_required)
-            throw ResourcesLibraryException(ZAR_SOURCE_INFO_AT(SourceFile, 55), "Cannot open " + listPath);
+            throw ResourcesLibraryException(ZAR_SOURCE_INFO_OF(kAddListFunction, SourceFile, 55), "Cannot open " + listPath);
         return;
     }
     std::string line;
@@ -109,7 +113,7 @@ void InputSequence::LoadAll(Callback const& callback, int start)
         }
     }
     if (_required && !errors.empty())
-        throw ResourcesLibraryException(ZAR_SOURCE_INFO_AT(SourceFile, 85), errors);
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO_OF(kLoadAllFunction, SourceFile, 85), errors);
 }
 
 std::string InputSequence::GetFilePath(int index, std::string const& name) const

@@ -15,6 +15,10 @@ namespace {
 constexpr uint8_t kCornerHigh = 0x50;
 constexpr uint8_t kCornerLow = 0x05;
 
+// The failure's function text, fixed so that it does not depend on the compiler's spelling.
+constexpr char kDrawFunction[] = "void Zar::ResourcesLibrary::Image::Paint4Bpp::Draw("
+                                 "const Zar::ResourcesLibrary::Image::ImageInfo&, const void*)";
+
 } // namespace
 
 Paint4Bpp::Paint4Bpp(Size const& size, Color4Bpp color)
@@ -275,7 +279,7 @@ void Paint4Bpp::Draw(ImageInfo const& info, void const* pixels)
 {
     uint32_t const bpp = ImageFormatHelper::BitsPerPixel(info.Format());
     ZAR_CHECK(PreCondition, bpp == 4, "Draw with " + std::to_string(bpp) + " bits per pixel not implemented.",
-        ZAR_SOURCE_INFO_AT("src/lib/Zar/ResourcesLibrary/Image/Paint4Bpp", 478));
+        ZAR_SOURCE_INFO_OF(kDrawFunction, "src/lib/Zar/ResourcesLibrary/Image/Paint4Bpp", 478));
     CopyRows(info, static_cast<uint8_t const*>(pixels));
 }
 

@@ -9,9 +9,19 @@
 namespace Zar::Lt::Exceptions {
 namespace {
 
+char const* requireFourFunction = nullptr;
+
 void RequireFour(int bpp)
 {
+    requireFourFunction = __PRETTY_FUNCTION__;
     ZAR_PRECONDITION(bpp == 4);
+}
+
+char const kFixedFunction[] = "void Somewhere::Fixed(const char*)";
+
+void RequireFixed(bool condition)
+{
+    ZAR_CHECK(PreCondition, condition, "", ZAR_SOURCE_INFO_OF(kFixedFunction, "fixed/Place", 7));
 }
 
 void PromiseSmall(unsigned actual, unsigned size)
@@ -26,9 +36,24 @@ TEST(CheckTest, PreConditionMessageIsTheWordAndTheConditionText)
         FAIL() << "no exception";
     } catch (PreCondition const& e) {
         EXPECT_STREQ("PreCondition bpp == 4", e.what());
-        EXPECT_STREQ("void Zar::Lt::Exceptions::{anonymous}::RequireFour(int)", e.Source()._function);
+        // The enclosing function's signature as this compiler spells it.
+        ASSERT_NE(nullptr, requireFourFunction);
+        EXPECT_STREQ(requireFourFunction, e.Source()._function);
         EXPECT_STREQ("tests/lib/Zar/Lt/Exceptions/CheckTest", e.Source()._file);
-        EXPECT_EQ(14u, e.Source()._line);
+        EXPECT_EQ(17u, e.Source()._line);
+    }
+}
+
+TEST(CheckTest, AFixedFunctionTextIsKeptAsGiven)
+{
+    try {
+        RequireFixed(false);
+        FAIL() << "no exception";
+    } catch (PreCondition const& e) {
+        EXPECT_STREQ("PreCondition condition", e.what());
+        EXPECT_EQ(kFixedFunction, e.Source()._function);
+        EXPECT_STREQ("fixed/Place", e.Source()._file);
+        EXPECT_EQ(7u, e.Source()._line);
     }
 }
 

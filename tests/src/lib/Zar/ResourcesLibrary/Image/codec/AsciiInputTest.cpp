@@ -372,8 +372,8 @@ TEST(AsciiInputTest, LoadFailureNamesTheLoader)
         FAIL() << "no exception";
     } catch (ResourcesLibraryException const& e) {
         EXPECT_STREQ("src/lib/Zar/ResourcesLibrary/Image/codec/AsciiInput", e.Source()._file);
-        EXPECT_STREQ("virtual Zar::ResourcesLibrary::Image::MutableImage AsciiInput::Load(const char*)",
-            e.Source()._function);
+        // The compiler spells the rest of the signature: only the loader's name is promised.
+        EXPECT_THAT(e.Source()._function, testing::HasSubstr(" AsciiInput::Load("));
     }
 }
 

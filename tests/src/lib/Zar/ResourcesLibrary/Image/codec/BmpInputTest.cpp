@@ -534,8 +534,8 @@ TEST(BmpInputTest, LoadOfAMissingFileCannotOpen)
     } catch (ResourcesLibraryException const& e) {
         EXPECT_EQ("BmpInput::Load cannot open " + path, e.what());
         EXPECT_STREQ("src/lib/Zar/ResourcesLibrary/Image/codec/BmpInput", e.Source()._file);
-        EXPECT_STREQ("virtual Zar::ResourcesLibrary::Image::MutableImage BmpInput::Load(const char*)",
-            e.Source()._function);
+        // The compiler spells the rest of the signature: only the loader's name is promised.
+        EXPECT_THAT(e.Source()._function, testing::HasSubstr(" BmpInput::Load("));
     }
 }
 

@@ -138,8 +138,8 @@ TEST_F(QtInputTest, RefusalNamesTheLoader)
         FAIL() << "no exception";
     } catch (ResourcesLibraryException const& e) {
         EXPECT_STREQ("src/lib/Zar/ResourcesLibrary/Image/codec/QtInput", e.Source()._file);
-        EXPECT_STREQ("virtual Zar::ResourcesLibrary::Image::MutableImage QtInput::Load(const char*)",
-            e.Source()._function);
+        // The compiler spells the rest of the signature: only the loader's name is promised.
+        EXPECT_THAT(e.Source()._function, testing::HasSubstr(" QtInput::Load("));
     }
 }
 

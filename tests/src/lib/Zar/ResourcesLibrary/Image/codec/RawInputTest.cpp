@@ -133,8 +133,8 @@ TEST_F(RawInputTest, FailureNamesTheLoader)
         FAIL() << "no exception";
     } catch (ResourcesLibraryException const& e) {
         EXPECT_STREQ("src/lib/Zar/ResourcesLibrary/Image/codec/RawInput", e.Source()._file);
-        EXPECT_STREQ("virtual Zar::ResourcesLibrary::Image::MutableImage RawInput::Load(const char*)",
-            e.Source()._function);
+        // The compiler spells the rest of the signature: only the loader's name is promised.
+        EXPECT_THAT(e.Source()._function, testing::HasSubstr(" RawInput::Load("));
     }
 }
 
