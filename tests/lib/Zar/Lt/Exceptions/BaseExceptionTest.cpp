@@ -5,6 +5,8 @@
 #include "Zar/Lt/Exceptions/Symbol.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
+#include "StackProbe.h"
+
 #include <gtest/gtest.h>
 
 #include <exception>
@@ -15,7 +17,7 @@
 // Raisers with exported names, so that the captured stacks can be checked for them.
 namespace Zar::Lt::Exceptions::ExceptionProbe {
 
-[[gnu::noinline]] void RequireFourBitsPerPixel(int bpp)
+ZAR_STACK_PROBE void RequireFourBitsPerPixel(int bpp)
 {
     ZAR_PRECONDITION(bpp == 4);
 }

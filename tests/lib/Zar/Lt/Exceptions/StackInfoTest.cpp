@@ -2,6 +2,8 @@
 
 #include "Zar/Lt/Exceptions/PreCondition.h"
 
+#include "StackProbe.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -18,7 +20,7 @@ volatile int sink = 0;
 
 // The probes fill an out parameter: a function returning std::string gets an ABI tag in its
 // signature, which would hide its plain name.
-[[gnu::noinline]] void CaptureAtDepth(int depth, std::vector<std::string>& frames)
+ZAR_STACK_PROBE void CaptureAtDepth(int depth, std::vector<std::string>& frames)
 {
     if (depth == 0)
         frames = StackInfo::Current(1, nullptr);
@@ -27,31 +29,31 @@ volatile int sink = 0;
     sink = sink + 1;
 }
 
-[[gnu::noinline]] void CaptureHere(int skip, std::vector<std::string>& frames)
+ZAR_STACK_PROBE void CaptureHere(int skip, std::vector<std::string>& frames)
 {
     frames = StackInfo::Current(skip, nullptr);
     sink = sink + 1;
 }
 
-[[gnu::noinline]] void Marker()
+ZAR_STACK_PROBE void Marker()
 {
     sink = sink + 1;
 }
 
-[[gnu::noinline]] void CaptureWithAddress(void* address, std::vector<std::string>& frames)
+ZAR_STACK_PROBE void CaptureWithAddress(void* address, std::vector<std::string>& frames)
 {
     frames = StackInfo::Current(1, address);
     sink = sink + 1;
 }
 
-[[gnu::noinline]] Symbol Inner(bool asString)
+ZAR_STACK_PROBE Symbol Inner(bool asString)
 {
     Symbol caller = asString ? StackInfo::Callee(std::string("Inner")) : StackInfo::Callee("Inner");
     sink = sink + 1;
     return caller;
 }
 
-[[gnu::noinline]] Symbol Outer(bool asString)
+ZAR_STACK_PROBE Symbol Outer(bool asString)
 {
     Symbol caller = Inner(asString);
     sink = sink + 1;
@@ -59,7 +61,7 @@ volatile int sink = 0;
 }
 
 // Climb(n) stacks n + 1 frames above Bottom and asks there for the caller of Bottom.
-[[gnu::noinline]] Symbol Climb(int remaining)
+ZAR_STACK_PROBE Symbol Climb(int remaining)
 {
     if (remaining == 0)
         return StackInfo::Callee("Bottom");
@@ -68,14 +70,14 @@ volatile int sink = 0;
     return caller;
 }
 
-[[gnu::noinline]] Symbol Bottom(int climbs)
+ZAR_STACK_PROBE Symbol Bottom(int climbs)
 {
     Symbol caller = Climb(climbs);
     sink = sink + 1;
     return caller;
 }
 
-[[gnu::noinline]] Symbol Ground(int climbs)
+ZAR_STACK_PROBE Symbol Ground(int climbs)
 {
     Symbol caller = Bottom(climbs);
     sink = sink + 1;

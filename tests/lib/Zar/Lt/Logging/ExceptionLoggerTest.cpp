@@ -6,6 +6,8 @@
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
 #include <gmock/gmock.h>
+#include "StackProbe.h"
+
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -19,13 +21,13 @@ namespace Zar::Lt::Logging::ExceptionProbe {
 
 using Exceptions::SourceInfo;
 
-[[gnu::noinline]] void OpenResource()
+ZAR_STACK_PROBE void OpenResource()
 {
     throw ResourcesLibrary::ResourcesLibraryException(
         SourceInfo { "void OpenResource()", "src/lib/Open", 30 }, "Cannot open x");
 }
 
-[[gnu::noinline]] void CheckResource()
+ZAR_STACK_PROBE void CheckResource()
 {
     try {
         OpenResource();
