@@ -18,45 +18,41 @@ if(PACKAGER_WARNINGS_AS_ERRORS)
     list(APPEND ZAR_WARNINGS -Werror)
 endif()
 
-# zar_add_library(<name> INCLUDE_ROOT <dir> [SUBDIRS <dir>...] [DEPS <target>...])
-# Builds every .cpp of the calling folder (and of the listed sub-folders) into one static library
-# whose public include root is INCLUDE_ROOT. A folder holding only headers gives an INTERFACE target.
+# zar_add_library(<name> ALIAS Zar::<Name> INCLUDE_ROOT <dir> SOURCES <file>... [DEPS <target>...])
+# One static library of the listed headers and sources (relative to the calling folder; a sub-folder's
+# files are written with their folder), whose public include root is INCLUDE_ROOT. Other targets link
+# it by its alias only, the name it would have if it were installed. Headers alone give an INTERFACE
+# target.
 function(zar_add_library name)
-    cmake_parse_arguments(ARG "" "INCLUDE_ROOT" "SUBDIRS;DEPS" ${ARGN})
-    set(folders ${CMAKE_CURRENT_SOURCE_DIR})
-    foreach(sub IN LISTS ARG_SUBDIRS)
-        list(APPEND folders ${CMAKE_CURRENT_SOURCE_DIR}/${sub})
-    endforeach()
-    set(sources "")
-    set(headers "")
-    foreach(folder IN LISTS folders)
-        file(GLOB folder_sources CONFIGURE_DEPENDS ${folder}/*.cpp)
-        file(GLOB folder_headers CONFIGURE_DEPENDS ${folder}/*.h)
-        list(APPEND sources ${folder_sources})
-        list(APPEND headers ${folder_headers})
-    endforeach()
-    if(sources)
-        add_library(${name} STATIC ${sources} ${headers})
+    cmake_parse_arguments(ARG "" "ALIAS;INCLUDE_ROOT" "SOURCES;DEPS" ${ARGN})
+    if(NOT ARG_ALIAS OR NOT ARG_INCLUDE_ROOT OR NOT ARG_SOURCES OR ARG_UNPARSED_ARGUMENTS)
+        message(FATAL_ERROR "zar_add_library(${name}): ALIAS, INCLUDE_ROOT and SOURCES are required, got: ${ARGN}")
+    endif()
+    set(compiled ${ARG_SOURCES})
+    list(FILTER compiled INCLUDE REGEX "\\.cpp$")
+    if(compiled)
+        add_library(${name} STATIC ${ARG_SOURCES})
         target_include_directories(${name} PUBLIC ${ARG_INCLUDE_ROOT})
         target_link_libraries(${name} PUBLIC ${ARG_DEPS})
         target_compile_options(${name} PRIVATE ${ZAR_WARNINGS})
     else()
-        add_library(${name} INTERFACE ${headers})
+        add_library(${name} INTERFACE ${ARG_SOURCES})
         target_include_directories(${name} INTERFACE ${ARG_INCLUDE_ROOT})
         target_link_libraries(${name} INTERFACE ${ARG_DEPS})
     endif()
+    add_library(${ARG_ALIAS} ALIAS ${name})
 endfunction()
 
-# zar_add_test_folder(<name> [DEPS <target>...])
-# Builds every *Test.cpp of the calling folder into one GoogleTest executable registered with CTest.
+# zar_add_test_folder(<name> SOURCES <file>... [DEPS <target>...])
+# Builds the listed *Test.cpp files of the calling folder (and the headers they share) into one
+# GoogleTest executable, whose tests are registered with CTest one by one.
 function(zar_add_test_folder name)
-    cmake_parse_arguments(ARG "" "" "DEPS" ${ARGN})
-    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
-    if(NOT sources)
-        return()
+    cmake_parse_arguments(ARG "" "" "SOURCES;DEPS" ${ARGN})
+    if(NOT ARG_SOURCES OR ARG_UNPARSED_ARGUMENTS)
+        message(FATAL_ERROR "zar_add_test_folder(${name}): SOURCES is required, got: ${ARGN}")
     endif()
-    add_executable(${name} ${sources})
-    target_link_libraries(${name} PRIVATE ${ARG_DEPS} zar_test_support GTest::gtest GTest::gmock GTest::gtest_main)
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE ${ARG_DEPS} Zar::TestSupport GTest::gtest GTest::gmock GTest::gtest_main)
     target_compile_options(${name} PRIVATE ${ZAR_WARNINGS})
     target_compile_definitions(${name} PRIVATE
         PACKAGER_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
