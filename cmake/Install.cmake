@@ -2,11 +2,7 @@
 # installed tools, and a man page for each tool.
 include(GNUInstallDirs)
 
-foreach(tool IN ITEMS packager packinspect)
-    if(TARGET ${tool})
-        install(TARGETS ${tool} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-    endif()
-endforeach()
+install(TARGETS packager packinspect RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
 # find_package(Packager) looks in <prefix>/share/cmake/Packager among other places.
 set(PACKAGER_INSTALL_CMAKEDIR ${CMAKE_INSTALL_DATADIR}/cmake/Packager)
