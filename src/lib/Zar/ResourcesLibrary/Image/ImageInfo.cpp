@@ -53,4 +53,11 @@ uint32_t ImageInfo::StrideOf(int32_t width, ImageFormat format)
     return static_cast<uint32_t>(stride);
 }
 
+uint64_t ImageInfo::RoundedDownStrideOf(int32_t width, uint32_t bitsPerPixel)
+{
+    ZAR_PRECONDITION(width >= 0);
+    uint64_t const bits = static_cast<uint64_t>(width) * bitsPerPixel;
+    return ((bits / 8) + 3) & ~uint64_t { 3 };
+}
+
 } // namespace Zar::ResourcesLibrary::Image

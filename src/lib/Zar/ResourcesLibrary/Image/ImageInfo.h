@@ -33,6 +33,17 @@ public:
     // precondition, and a row too long for a 32-bit stride throws PreCondition too.
     static uint32_t StrideOf(int32_t width, ImageFormat format);
 
+    // The other row length, with which the BMP loader reads a file's source rows and
+    // ImmutableImage::MakeMutable checks a compact image's pixel bytes: the row's bits divided by 8
+    // rounding DOWN, then padded to 4 bytes. It agrees with StrideOf when a row's bits are whole
+    // bytes, and when the partly filled last byte lies within the padding anyway (a 4-bit row of 3
+    // pixels is 4 bytes either way); otherwise the row comes out 4 bytes shorter (a 4-bit row of 9
+    // pixels is 4 bytes, not 8; one of 1 pixel has no bytes at all). Which bytes of such a file
+    // land in the image, and so the bytes of every pack built from it, follow from this length,
+    // which is why both readers keep it. Requires width >= 0; counted in 64 bits, so any int32_t
+    // width and bit count are safe.
+    static uint64_t RoundedDownStrideOf(int32_t width, uint32_t bitsPerPixel);
+
     int32_t _width = 0;
     int32_t _height = 0;
     uint32_t _reserved1 = 0;

@@ -28,8 +28,7 @@ std::shared_ptr<MutableImage> ImmutableImage::MakeMutable() const
 
 uint32_t ImmutableImage::ExpectedSize() const
 {
-    uint64_t const rowBits = uint64_t { _record->_bitsPerPixel } * _record->_width;
-    uint64_t const row = ((rowBits / 8) + 3) & ~uint64_t { 3 };
+    uint64_t const row = ImageInfo::RoundedDownStrideOf(_record->_width, _record->_bitsPerPixel);
     uint64_t const size = row * _record->_height;
     // A size past 32 bits can never match a stride-rule size, which is a multiple of 4: the largest
     // 32-bit value keeps it a mismatch instead of letting it wrap into a possible match.

@@ -54,20 +54,6 @@ std::string HexWord(uint16_t value)
     return text;
 }
 
-// The loader's own source line length: the bits are divided by 8 rounding DOWN before padding to
-// 4 bytes, so lines whose bit length is not a whole number of bytes lose their last byte. Files
-// written with exact strides keep working because they are padded to 4 bytes anyway.
-int64_t SourceStride(int64_t width, uint32_t bitsPerPixel)
-{
-    return (((width * bitsPerPixel) >> 3) + 3) & ~int64_t { 3 };
-}
-
-// The stride of a 4-bit line rounded up to whole bytes, then to 4 bytes.
-uint64_t Gray4Stride(int32_t width)
-{
-    return ((((uint64_t { 4 } * static_cast<uint64_t>(width)) + 7) >> 3) + 3) & ~uint64_t { 3 };
-}
-
 uint64_t AbsoluteHeight(int32_t height)
 {
     return height < 0 ? uint64_t { 0 } - static_cast<uint64_t>(static_cast<int64_t>(height))
@@ -211,7 +197,8 @@ ImageInfo BmpInput::ToImageInfo(BITMAPINFOHEADER const& header, ImageFormat /*fo
 
     uint32_t const bitsPerPixel = ImageFormatHelper::BitsPerPixel(pixelFormat);
     uint64_t const height = AbsoluteHeight(header.biHeight);
-    auto const minimum = static_cast<uint64_t>(SourceStride(header.biWidth, bitsPerPixel)) * height;
+    // Source lines are read with the rounded-down stride (see ImageInfo::RoundedDownStrideOf).
+    uint64_t const minimum = ImageInfo::RoundedDownStrideOf(header.biWidth, bitsPerPixel) * height;
     if (minimum > header.biSizeImage)
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
             "Bmp invalid image size " + std::to_string(header.biSizeImage) + "/" + std::to_string(minimum));
@@ -219,7 +206,7 @@ ImageInfo BmpInput::ToImageInfo(BITMAPINFOHEADER const& header, ImageFormat /*fo
     info._width = header.biWidth;
     info._height = static_cast<int32_t>(height);
     info._bottomUp = header.biHeight >= 0 ? 1 : 0;
-    info._stride = (info.GetBytes(header.biWidth) + 3u) & ~3u;
+    info._stride = ImageInfo::StrideOf(header.biWidth, pixelFormat);
     return info;
 }
 
@@ -229,12 +216,12 @@ MutableImage BmpInput::ReadData(std::istream& stream, std::vector<uint8_t> const
     uint32_t const bits = uint32_t { header.biPlanes } * header.biBitCount;
     ImageInfo info = ToImageInfo(header, format);
     uint32_t const bitsPerPixel = ImageFormatHelper::BitsPerPixel(info.Format());
-    uint64_t const sourceStride = static_cast<uint64_t>(SourceStride(info.Width(), bitsPerPixel));
+    uint64_t const sourceStride = ImageInfo::RoundedDownStrideOf(info.Width(), bitsPerPixel);
     uint64_t const height = static_cast<uint64_t>(info.Height());
     uint64_t const dataSize = sourceStride * height;
     if (info.Format() != ImageFormat::Gray4) {
         info._format = ImageFormat::Gray4;
-        info._stride = static_cast<uint32_t>(Gray4Stride(info.Width()));
+        info._stride = ImageInfo::StrideOf(info.Width(), ImageFormat::Gray4);
     }
 
     if (bits != 4 && bits != 1)

@@ -61,13 +61,6 @@ ImageFormat QtInput::FromQtFormat(int qtFormat)
     return kFromQt[static_cast<size_t>(qtFormat - 1)];
 }
 
-uint32_t QtInput::LineStride(int x, ImageFormat format)
-{
-    ZAR_PRECONDITION(x >= 0);
-    uint64_t const bits = uint64_t { static_cast<uint32_t>(x) } * ImageFormatHelper::BitsPerPixel(format);
-    return static_cast<uint32_t>((((bits + 7) >> 3) + 3) & ~uint64_t { 3 });
-}
-
 MutableImage QtInput::Load(char const* filePath)
 {
     // The path is read as Latin-1, one character a byte. Qt encodes file names back in the
@@ -85,7 +78,8 @@ MutableImage QtInput::Load(char const* filePath)
     ImageInfo info(format);
     info._width = decoded.width();
     info._height = decoded.height();
-    info._stride = LineStride(decoded.width(), format);
+    // Qt pads its rows to 4 bytes as every producer here does.
+    info._stride = ImageInfo::StrideOf(decoded.width(), format);
 
     size_t const size = size_t { info._stride } * static_cast<size_t>(std::max(decoded.height(), 0));
     std::vector<uint8_t> pixels(size, 0);

@@ -101,6 +101,55 @@ TEST(ImageInfoTest, StridePadsTheRowBytesToFour)
     EXPECT_EQ(16u, ImageInfo::StrideOf(5, ImageFormat::Rgb24));
     EXPECT_EQ(20u, ImageInfo::StrideOf(5, ImageFormat::Rgba));
     EXPECT_EQ(12u, ImageInfo::StrideOf(3, ImageFormat::Unknown));
+    EXPECT_EQ(20u, ImageInfo::StrideOf(5, ImageFormat::Unknown));
+    EXPECT_EQ(4u, ImageInfo::StrideOf(5, ImageFormat::Mono));
+    EXPECT_EQ(12u, ImageInfo::StrideOf(4, ImageFormat::Rgb24));
+    EXPECT_EQ(0u, ImageInfo::StrideOf(0, ImageFormat::Rgbx));
+}
+
+TEST(ImageInfoTest, RoundedDownStrideDropsAPartlyFilledLastByte)
+{
+    // 4 bits: an odd width leaves half a byte, which is not counted.
+    uint64_t const gray4Strides[] = { 0, 0, 4, 4, 4, 4, 4, 4, 4, 4, 8 };
+    for (int32_t width = 0; width <= 10; ++width)
+        EXPECT_EQ(gray4Strides[width], ImageInfo::RoundedDownStrideOf(width, 4)) << width;
+    // 1 bit: up to seven pixels past the last whole byte are not counted.
+    EXPECT_EQ(0u, ImageInfo::RoundedDownStrideOf(7, 1));
+    EXPECT_EQ(4u, ImageInfo::RoundedDownStrideOf(8, 1));
+    EXPECT_EQ(4u, ImageInfo::RoundedDownStrideOf(39, 1));
+    EXPECT_EQ(8u, ImageInfo::RoundedDownStrideOf(40, 1));
+    // Bit counts that no image format has, as a compact image record may hold.
+    EXPECT_EQ(4u, ImageInfo::RoundedDownStrideOf(3, 7));
+    EXPECT_EQ(0u, ImageInfo::RoundedDownStrideOf(100, 0));
+}
+
+TEST(ImageInfoTest, RoundedDownStrideAgreesWithStrideOnWholeBytes)
+{
+    for (int32_t width = 0; width <= 64; width += 2)
+        EXPECT_EQ(ImageInfo::StrideOf(width, ImageFormat::Gray4), ImageInfo::RoundedDownStrideOf(width, 4))
+            << width;
+    for (int32_t width = 0; width <= 128; width += 8)
+        EXPECT_EQ(ImageInfo::StrideOf(width, ImageFormat::Mono), ImageInfo::RoundedDownStrideOf(width, 1))
+            << width;
+    for (int32_t width = 0; width <= 16; ++width)
+        EXPECT_EQ(ImageInfo::StrideOf(width, ImageFormat::Rgb24), ImageInfo::RoundedDownStrideOf(width, 24))
+            << width;
+    // Within the padding the dropped half byte changes nothing; past it the row is 4 bytes shorter.
+    EXPECT_EQ(ImageInfo::StrideOf(3, ImageFormat::Gray4), ImageInfo::RoundedDownStrideOf(3, 4));
+    EXPECT_EQ(ImageInfo::StrideOf(9, ImageFormat::Gray4) - 4, ImageInfo::RoundedDownStrideOf(9, 4));
+}
+
+TEST(ImageInfoTest, RoundedDownStrideOfTheWidestRowsIsCountedIn64Bits)
+{
+    EXPECT_EQ(1073741824u, ImageInfo::RoundedDownStrideOf(kWidest, 4));
+    EXPECT_EQ(268435456u, ImageInfo::RoundedDownStrideOf(kWidest, 1));
+    EXPECT_EQ(68719476704u, ImageInfo::RoundedDownStrideOf(kWidest, 256));
+}
+
+TEST(ImageInfoTest, RoundedDownStrideOfNegativeWidthThrows)
+{
+    EXPECT_THAT([] { ImageInfo::RoundedDownStrideOf(-1, 4); },
+        ThrowsMessage<PreCondition>(StrEq("PreCondition width >= 0")));
 }
 
 TEST(ImageInfoTest, StrideOfTheWidestRowsThatFit)

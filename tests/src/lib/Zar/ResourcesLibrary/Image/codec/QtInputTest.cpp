@@ -3,7 +3,6 @@
 #include "TemporaryFolder.h"
 
 #include "Zar/Lt/Exceptions/NotSupported.h"
-#include "Zar/Lt/Exceptions/PreCondition.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
 #include <QColor>
@@ -24,7 +23,6 @@ using TestSupport::TemporaryFolder;
 using testing::StrEq;
 using testing::ThrowsMessage;
 using Zar::Lt::Exceptions::NotSupported;
-using Zar::Lt::Exceptions::PreCondition;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
 using Zar::ResourcesLibrary::Image::FileFormat;
 using Zar::ResourcesLibrary::Image::ImageFormat;
@@ -99,13 +97,6 @@ TEST_F(QtInputTest, ImageInfoIsTopDownWithOtherFieldsZero)
     EXPECT_EQ(0u, image.Info()._reserved1);
     EXPECT_EQ(0u, image.Info()._reserved2);
     EXPECT_EQ(0, image.Info()._attribute);
-}
-
-TEST_F(QtInputTest, RowsOfTwentyFourBitPixelsArePaddedToFourBytes)
-{
-    EXPECT_EQ(ImageFormat::Rgb24, QtInput::FromQtFormat(QImage::Format_RGB888));
-    EXPECT_EQ(16u, QtInput::LineStride(kWidth, ImageFormat::Rgb24));
-    EXPECT_EQ(12u, QtInput::LineStride(4, ImageFormat::Rgb24));
 }
 
 TEST_F(QtInputTest, AThirtyTwoBitPngWithAlphaLoadsAsBgrx)
@@ -324,20 +315,6 @@ TEST_F(QtInputTest, QtFormatsOutsideTheTableMapToUnknown)
     EXPECT_EQ(ImageFormat::Unknown, QtInput::FromQtFormat(QImage::Format_Grayscale8));
     EXPECT_EQ(ImageFormat::Unknown, QtInput::FromQtFormat(-1));
     EXPECT_EQ(ImageFormat::Unknown, QtInput::FromQtFormat(1000));
-}
-
-TEST_F(QtInputTest, LineStrideCountsUnknownAsThirtyTwoBits)
-{
-    EXPECT_EQ(20u, QtInput::LineStride(5, ImageFormat::Unknown));
-    EXPECT_EQ(4u, QtInput::LineStride(5, ImageFormat::Mono));
-    EXPECT_EQ(8u, QtInput::LineStride(33, ImageFormat::Mono));
-    EXPECT_EQ(0u, QtInput::LineStride(0, ImageFormat::Rgbx));
-}
-
-TEST_F(QtInputTest, LineStrideOfANegativeWidthFails)
-{
-    EXPECT_THAT([] { QtInput::LineStride(-1, ImageFormat::Rgbx); },
-        ThrowsMessage<PreCondition>(StrEq("PreCondition x >= 0")));
 }
 
 TEST_F(QtInputTest, FormatNamesComeFromTheFormatTableAndUndefinedPastIt)
