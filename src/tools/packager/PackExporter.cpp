@@ -11,9 +11,12 @@
 #include "Zar/Lt/Exceptions/Check.h"
 #include "Zar/ResourcesLibrary/Image/ClonePaint4Bpp.h"
 #include "Zar/ResourcesLibrary/Image/InputSequence.h"
+#include "Zar/ResourcesLibrary/Pack/PackFormat.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstring>
 #include <iomanip>
 #include <iostream>
@@ -25,6 +28,7 @@ namespace {
 using Zar::ResourcesLibrary::Image::ClonePaint4Bpp;
 using Zar::ResourcesLibrary::Image::Color4Bpp;
 using Zar::ResourcesLibrary::Image::MutableImage;
+using Zar::ResourcesLibrary::Pack::PackFormat;
 
 // The places recorded in the exporter's own failures are fixed, so that logs stay comparable
 // between builds of the tool.
@@ -46,55 +50,29 @@ constexpr char kProcessIconFunction[] = "void Zar::ResourcesLibrary::Tools::Pack
 constexpr char kForbiddenNameCharacters[] = "-\".,'";
 constexpr std::string_view kSelected = "_Selected";
 
-constexpr uint8_t kPadding = 0xFF;
-constexpr uint32_t kMagic = 0x0052415A;        // "ZAR" and a zero byte, read little-endian.
-constexpr uint32_t kFormatWord = 0x00050100;   // 0.5.1.0 as a version.
-constexpr int kCrcTableEntries = 256;
-constexpr int kIconsPerSectorInSummary = 10;
-constexpr int kSectorsPerScreen = 2;
+// The exporter counts the bytes of a sector in int, as its offset member does.
+constexpr int kSectorSize = static_cast<int>(PackFormat::kSectorSize);
 
-// Header field offsets.
-constexpr std::size_t kMagicOffset = 0;
-constexpr std::size_t kFormatOffset = 4;
-constexpr std::size_t kVersionOffset = 8;
-constexpr std::size_t kFirstSectorOffset = 12;
-constexpr std::size_t kIconsCountOffset = 16;
-constexpr std::size_t kScreensCountOffset = 20;
-constexpr std::size_t kCrcTableOffset = 24;
-constexpr std::size_t kNamesOffset = 536;
+using Header = std::array<uint8_t, PackFormat::kSectorSize>;
+// The names area's two counters are the header fields in front of its bytes, so the whole block is
+// laid into the header at once.
+using NamesArea = Zar::Lt::Core::RawPStringArray<PackFormat::kNamesCapacity>;
+static_assert(PackFormat::kNamesUsedOffset + offsetof(NamesArea, count) == PackFormat::kNamesCountOffset);
+static_assert(PackFormat::kNamesUsedOffset + offsetof(NamesArea, data) == PackFormat::kNamesOffset);
+static_assert(PackFormat::kNamesUsedOffset + sizeof(NamesArea) == PackFormat::kSectorSize);
 
-using Header = std::array<uint8_t, PackExporter::kSectorSize>;
-using NamesArea = Zar::Lt::Core::RawPStringArray<PackExporter::kNamesCapacity>;
-static_assert(kNamesOffset + sizeof(NamesArea) == PackExporter::kSectorSize);
-
-void PutUint16(Header& header, std::size_t offset, uint16_t value)
+void PutCrcEntry(Header& header, uint64_t sector, uint16_t crc)
 {
-    header[offset] = static_cast<uint8_t>(value);
-    header[offset + 1] = static_cast<uint8_t>(value >> 8);
+    // A sector number beyond the target's store has no entry to hold its CRC.
+    if (sector < PackFormat::kStoreSectors)
+        PackFormat::WriteU16(header, PackFormat::CrcEntryOffset(static_cast<uint32_t>(sector)), crc);
 }
 
-void PutUint32(Header& header, std::size_t offset, uint32_t value)
+// The first icon sector as the header and the summary give it: a 16-bit sector number. Any int is
+// taken, a negative one as its 32-bit pattern.
+uint32_t FirstSectorField(int32_t firstSector)
 {
-    for (std::size_t i = 0; i < 4; ++i)
-        header[offset + i] = static_cast<uint8_t>(value >> (8 * i));
-}
-
-void PutCrcEntry(Header& header, uint32_t sector, uint16_t crc)
-{
-    // The target store has 256 sectors; a sector number beyond it has no entry to hold its CRC.
-    if (sector < kCrcTableEntries)
-        PutUint16(header, kCrcTableOffset + 2 * sector, crc);
-}
-
-// A first sector below 2 or near the limits of int must give a wrapped number, never an overflow.
-int32_t WrappingAdd(int32_t a, int32_t b)
-{
-    return static_cast<int32_t>(static_cast<uint32_t>(a) + static_cast<uint32_t>(b));
-}
-
-int32_t WrappingMultiply(int32_t a, int32_t b)
-{
-    return static_cast<int32_t>(static_cast<uint32_t>(a) * static_cast<uint32_t>(b));
+    return PackFormat::IconSector(static_cast<uint32_t>(firstSector), 0);
 }
 
 } // namespace
@@ -158,7 +136,7 @@ void PackExporter::CloseSector()
     int const tail = kSectorSize - _offset;
     ZAR_CHECK(PreCondition, tail > 0, "", ZAR_SOURCE_INFO_OF(kCloseSectorFunction, ZAR_SOURCE_FILE, __LINE__));
     WritePadding(tail);
-    _crcTable.push_back(_crc.Value(kPadding, static_cast<unsigned>(tail)));
+    _crcTable.push_back(_crc.Value(PackFormat::kPadding, static_cast<unsigned>(tail)));
     _crc.Reset();
     _offset = 0;
     ++_sectorIndex;
@@ -169,31 +147,31 @@ void PackExporter::WriteHeader()
     _packFile.seekp(0);
 
     Header header {};
-    uint32_t const firstSector = static_cast<uint32_t>(_firstSector) & 0xFFFF;
-    PutUint32(header, kMagicOffset, kMagic);
-    PutUint32(header, kFormatOffset, kFormatWord);
-    PutUint32(header, kVersionOffset, _version.Value());
-    PutUint32(header, kFirstSectorOffset, firstSector);
-    PutUint32(header, kIconsCountOffset, static_cast<uint32_t>(_iconsCount));
-    PutUint32(header, kScreensCountOffset, static_cast<uint32_t>(_screensCount));
+    std::copy(
+        PackFormat::kMagic.begin(), PackFormat::kMagic.end(), header.begin() + PackFormat::kMagicOffset);
+    PackFormat::WriteU32(header, PackFormat::kFormatOffset, PackFormat::kFormatWord);
+    PackFormat::WriteU32(header, PackFormat::kVersionOffset, _version.Value());
+    PackFormat::WriteU32(header, PackFormat::kFirstSectorOffset, FirstSectorField(_firstSector));
+    PackFormat::WriteU32(header, PackFormat::kIconCountOffset, static_cast<uint32_t>(_iconsCount));
+    PackFormat::WriteU32(header, PackFormat::kScreenCountOffset, static_cast<uint32_t>(_screensCount));
 
     PrintSummary();
 
     // The table is laid out as if every icon sector held ten icons and every screen two sectors.
-    int32_t const iconSectors = (_iconsCount + 9) / kIconsPerSectorInSummary;
-    int32_t const screenSectors = kSectorsPerScreen * _screensCount;
-    int64_t const sectorCount = int64_t { iconSectors } + screenSectors;
+    uint64_t const iconSectors = PackFormat::MappedIconSectors(static_cast<uint32_t>(_iconsCount));
+    uint64_t const screenSectors = PackFormat::MappedScreenSectors(static_cast<uint32_t>(_screensCount));
+    uint64_t const sectorCount = iconSectors + screenSectors;
     ZAR_CHECK(PostCondition, static_cast<size_t>(sectorCount) <= _crcTable.size(), "",
         ZAR_SOURCE_INFO_OF(kWriteHeaderFunction, kSourceFile, 64));
 
-    for (int32_t i = 0; i < iconSectors; ++i)
-        PutCrcEntry(header, static_cast<uint32_t>(WrappingAdd(_firstSector, i)) & 0xFFFF, _crcTable[i]);
-    for (int32_t j = 0; j < screenSectors; ++j)
-        PutCrcEntry(header, static_cast<uint32_t>(kFirstScreenSector + j), _crcTable[iconSectors + j]);
+    for (uint64_t i = 0; i < iconSectors; ++i)
+        PutCrcEntry(header, PackFormat::IconSector(static_cast<uint32_t>(_firstSector), i), _crcTable[i]);
+    for (uint64_t j = 0; j < screenSectors; ++j)
+        PutCrcEntry(header, PackFormat::ScreenSector(j), _crcTable[iconSectors + j]);
 
     NamesArea names;
     names.Append(_imageNames);
-    std::memcpy(header.data() + kNamesOffset, &names, sizeof names);
+    std::memcpy(header.data() + PackFormat::kNamesUsedOffset, &names, sizeof names);
 
     _packFile.write(reinterpret_cast<char const*>(header.data()), static_cast<std::streamsize>(header.size()));
 }
@@ -213,7 +191,7 @@ bool PackExporter::ProcessImage(int index, string_view const& name, MutableImage
         if (name.find_first_of(kForbiddenNameCharacters) != string_view::npos)
             throw ResourcesLibraryException(ZAR_SOURCE_INFO_AT(kSourceFile, kNameLine),
                 std::string("name cannot contain ") + kForbiddenNameCharacters);
-        if (image.GetSize() < static_cast<uint32_t>(kSectorSize))
+        if (image.GetSize() < PackFormat::kScreenThreshold)
             ProcessIcon(index, name, image);
         else
             ProcessScreen(index, name, image);
@@ -266,7 +244,8 @@ void PackExporter::ProcessScreen(int, string_view const& name, MutableImage& ima
     _sectorIndex += static_cast<int32_t>(end / kSectorSize);
     _offset = static_cast<int32_t>(end % kSectorSize);
 
-    auto const crcs = Zar::Lt::Core::Crc16::GetValues(pixels, static_cast<int>(size), kSectorSize, kPadding);
+    auto const crcs
+        = Zar::Lt::Core::Crc16::GetValues(pixels, static_cast<int>(size), kSectorSize, PackFormat::kPadding);
     _crcTable.insert(_crcTable.end(), crcs.begin(), crcs.end());
     _crc.Reset();
 
@@ -308,8 +287,11 @@ void PackExporter::WritHelperEnumerationFile(EnumerationOption const& option, in
 
 void PackExporter::WriteIconsEnumerationFile()
 {
-    // Icon values continue the numbering of the sectors in front of the icons, ten to a sector.
-    EnumerationOption const option { "Icon", WrappingMultiply(WrappingAdd(_firstSector, -2), 10), true };
+    // Icon values continue the numbering of the sectors in front of the icons, ten to a sector; for a
+    // first sector below 2 or near the limits of int the value wraps to 32 bits, never overflows.
+    int32_t const firstValue
+        = static_cast<int32_t>(PackFormat::FirstIconValue(static_cast<uint32_t>(_firstSector)));
+    EnumerationOption const option { "Icon", firstValue, true };
     WriteCEnumerationFile(option, 0);
     WritePythonEnumerationFile(option, 0);
     WritePythonCommandFile(option, 0);
@@ -345,19 +327,19 @@ void PackExporter::WriteEnumeration(EnumerationOutput& output, int offset) const
 void PackExporter::WritePadding(int count)
 {
     for (int i = 0; i < count; ++i)
-        _packFile.put(static_cast<char>(kPadding));
+        _packFile.put(static_cast<char>(PackFormat::kPadding));
 }
 
 void PackExporter::PrintSummary() const
 {
     // The summary assumes ten icons a sector, two sectors a screen and the header sector; it is not
     // derived from the sectors actually written.
-    int64_t const sectorCount = int64_t { kSectorsPerScreen } * _screensCount + 1
-        + (int64_t { _iconsCount } + 9) / kIconsPerSectorInSummary;
+    uint64_t const sectorCount = PackFormat::MappedScreenSectors(static_cast<uint32_t>(_screensCount)) + 1
+        + PackFormat::MappedIconSectors(static_cast<uint32_t>(_iconsCount));
     std::cout << unsigned { _version.Major() } << '.' << unsigned { _version.Minor() } << '.'
               << unsigned { _version.Patch() } << '.' << unsigned { _version.Build() } << ", " << _iconsCount
-              << " icons at sector " << (static_cast<uint32_t>(_firstSector) & 0xFFFF) << ", " << _screensCount
-              << " screens, " << sectorCount << " sectors, " << sectorCount * kSectorSize << " bytes" << std::endl;
+              << " icons at sector " << FirstSectorField(_firstSector) << ", " << _screensCount << " screens, "
+              << sectorCount << " sectors, " << sectorCount * PackFormat::kSectorSize << " bytes" << std::endl;
 }
 
 void PackExporter::PrintCrcLine() const

@@ -35,11 +35,6 @@ public:
     // "const string_view&", as the firmware's tools have always printed them.
     using string_view = std::string_view;
 
-    static constexpr int kSectorSize = 4096;
-    // Target sector number of the first screen sector; part of the pack format.
-    static constexpr int kFirstScreenSector = 247;
-    static constexpr int kNamesCapacity = 3552;
-
     PackExporter(Zar::Lt::Core::Version32 const& version, int32_t firstSector);
     // Closes the pack if that has not been done; a failure of that late close is dropped.
     ~PackExporter();

@@ -2,7 +2,6 @@
 
 #include "ContactSheet.h"
 #include "PackFile.h"
-#include "PackFormat.h"
 #include "PackLayout.h"
 #include "PackLister.h"
 #include "PackVerifier.h"
@@ -11,11 +10,16 @@
 
 #include "LoggingManager.h"
 
+#include "Zar/ResourcesLibrary/Pack/PackFormat.h"
+
 #include <charconv>
 #include <iostream>
 #include <ostream>
 
 namespace Zar::ResourcesLibrary::Tools::Inspect {
+
+using Zar::ResourcesLibrary::Pack::PackFormat;
+using Zar::ResourcesLibrary::Pack::PackHeader;
 
 namespace {
 
@@ -198,17 +202,18 @@ bool CommandLine::ParseGeometries(
                 + "' is not");
         return false;
     }
-    if (parsedIcon->Size() >= PackFormat::ScreenThreshold) {
+    if (parsedIcon->Size() >= PackFormat::kScreenThreshold) {
         UsageError(command,
             "an icon of " + iconText + " takes " + std::to_string(parsedIcon->Size())
-                + " bytes; icons are below 4096 bytes");
+                + " bytes; icons are below " + std::to_string(PackFormat::kScreenThreshold) + " bytes");
         return false;
     }
-    if (parsedScreen->Size() < PackFormat::ScreenThreshold
-        || parsedScreen->Size() > PackFormat::MaxFileSize) {
+    if (parsedScreen->Size() < PackFormat::kScreenThreshold
+        || parsedScreen->Size() > PackFormat::kMaxFileSize) {
         UsageError(command,
             "a screen of " + screenText + " takes " + std::to_string(parsedScreen->Size())
-                + " bytes; screens take from 4096 bytes to the whole store");
+                + " bytes; screens take from " + std::to_string(PackFormat::kScreenThreshold)
+                + " bytes to the whole store");
         return false;
     }
     icon = *parsedIcon;

@@ -1,8 +1,7 @@
 #include "PackFile.h"
 
-#include "PackFormat.h"
-
 #include "Zar/Lt/Exceptions/Check.h"
+#include "Zar/ResourcesLibrary/Pack/PackFormat.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
 #include <algorithm>
@@ -10,20 +9,23 @@
 
 namespace Zar::ResourcesLibrary::Tools::Inspect {
 
+using Zar::ResourcesLibrary::Pack::PackFormat;
+using Zar::ResourcesLibrary::Pack::PackHeader;
+
 PackFile PackFile::Load(std::string const& path)
 {
     std::ifstream stream(path, std::ios::binary);
     if (!stream)
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Cannot open " + path);
     // One byte more than a pack may hold tells a too-large file without reading all of it.
-    std::vector<uint8_t> bytes(PackFormat::MaxFileSize + 1);
+    std::vector<uint8_t> bytes(PackFormat::kMaxFileSize + 1);
     stream.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
     if (stream.bad())
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Cannot read " + path);
     bytes.resize(static_cast<std::size_t>(stream.gcount()));
-    bool const tooLarge = bytes.size() > PackFormat::MaxFileSize;
+    bool const tooLarge = bytes.size() > PackFormat::kMaxFileSize;
     if (tooLarge)
-        bytes.resize(PackFormat::MaxFileSize);
+        bytes.resize(PackFormat::kMaxFileSize);
     return PackFile(std::move(bytes), tooLarge);
 }
 
@@ -31,7 +33,7 @@ PackFile::PackFile(std::vector<uint8_t> bytes, bool tooLarge)
     : _bytes(std::move(bytes))
     , _tooLarge(tooLarge)
 {
-    if (_bytes.size() >= PackFormat::SectorSize)
+    if (_bytes.size() >= PackFormat::kSectorSize)
         _header = PackHeader::Parse(_bytes);
 }
 
@@ -45,7 +47,7 @@ std::size_t PackFile::SectorCount() const { return PackFormat::SectorsFor(_bytes
 
 std::span<uint8_t const> PackFile::Sector(std::size_t index) const
 {
-    return Slice(static_cast<uint64_t>(index) * PackFormat::SectorSize, PackFormat::SectorSize);
+    return Slice(static_cast<uint64_t>(index) * PackFormat::kSectorSize, PackFormat::kSectorSize);
 }
 
 std::span<uint8_t const> PackFile::Slice(uint64_t offset, uint64_t length) const

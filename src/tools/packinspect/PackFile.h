@@ -1,6 +1,6 @@
 #pragma once
 
-#include "PackHeader.h"
+#include "Zar/ResourcesLibrary/Pack/PackHeader.h"
 
 #include <cstdint>
 #include <optional>
@@ -25,7 +25,7 @@ public:
     bool IsTooLarge() const { return _tooLarge; }
     bool HasHeader() const { return _header.has_value(); }
     // Requires HasHeader().
-    PackHeader const& Header() const;
+    Pack::PackHeader const& Header() const;
 
     // File sectors, a partial last sector included; sector 0 is the header.
     std::size_t SectorCount() const;
@@ -37,7 +37,7 @@ public:
 private:
     std::vector<uint8_t> _bytes;
     bool _tooLarge;
-    std::optional<PackHeader> _header;
+    std::optional<Pack::PackHeader> _header;
 };
 
 } // namespace Zar::ResourcesLibrary::Tools::Inspect

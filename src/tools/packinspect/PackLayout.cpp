@@ -1,12 +1,15 @@
 #include "PackLayout.h"
 
-#include "PackFormat.h"
+#include "Zar/ResourcesLibrary/Pack/PackFormat.h"
 
 namespace Zar::ResourcesLibrary::Tools::Inspect {
 
+using Zar::ResourcesLibrary::Pack::PackFormat;
+using Zar::ResourcesLibrary::Pack::PackHeader;
+
 uint64_t PackLayout::Image::FileOffset() const
 {
-    return static_cast<uint64_t>(_fileSector) * PackFormat::SectorSize + _offset;
+    return static_cast<uint64_t>(_fileSector) * PackFormat::kSectorSize + _offset;
 }
 
 char const* PackLayout::Image::KindName() const { return _kind == Kind::Icon ? "icon" : "screen"; }
@@ -27,14 +30,15 @@ void PackLayout::LayIcons(PackHeader const& header, ImageGeometry const& icon)
     std::size_t offset = 0;
     for (uint32_t k = 0; k < header._iconCount; ++k) {
         // A lying count must not make the layout grow past what any pack can hold.
-        if (sector > PackFormat::StoreSectors) {
+        if (sector > PackFormat::kStoreSectors) {
             _complete = false;
             break;
         }
-        _images.push_back({ Kind::Icon, PackFormat::FirstIconValue(header._firstSector) + k,
-            NameOf(k, header), (header._firstSector + sector - 1) & 0xFFFF, sector, offset, icon });
+        _images.push_back(
+            { Kind::Icon, PackFormat::FirstIconValue(header._firstSector) + k, NameOf(k, header),
+                PackFormat::IconSector(header._firstSector, sector - 1), sector, offset, icon });
         offset += size;
-        if (offset + size >= PackFormat::SectorSize) {
+        if (offset + size >= PackFormat::kSectorSize) {
             ++sector;
             offset = 0;
         }
@@ -47,12 +51,12 @@ void PackLayout::LayScreens(PackHeader const& header, ImageGeometry const& scree
     std::size_t const sectorsPerScreen = PackFormat::SectorsFor(screen.Size());
     for (uint32_t k = 0; k < header._screenCount; ++k) {
         std::size_t const sector = 1 + _iconSectors + _screenSectors;
-        if (sector > PackFormat::StoreSectors) {
+        if (sector > PackFormat::kStoreSectors) {
             _complete = false;
             break;
         }
         _images.push_back({ Kind::Screen, k, NameOf(header._iconCount + static_cast<std::size_t>(k), header),
-            PackFormat::FirstScreenSector + _screenSectors, sector, 0, screen });
+            PackFormat::ScreenSector(_screenSectors), sector, 0, screen });
         _screenSectors += sectorsPerScreen;
     }
 }

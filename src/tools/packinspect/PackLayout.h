@@ -1,7 +1,8 @@
 #pragma once
 
 #include "ImageGeometry.h"
-#include "PackHeader.h"
+
+#include "Zar/ResourcesLibrary/Pack/PackHeader.h"
 
 #include <cstdint>
 #include <string>
@@ -34,7 +35,7 @@ public:
     };
 
     static PackLayout Compute(
-        PackHeader const& header, ImageGeometry const& icon, ImageGeometry const& screen);
+        Pack::PackHeader const& header, ImageGeometry const& icon, ImageGeometry const& screen);
 
     std::vector<Image> const& Images() const { return _images; }
     std::size_t IconSectors() const { return _iconSectors; }
@@ -45,9 +46,9 @@ public:
     bool IsComplete() const { return _complete; }
 
 private:
-    void LayIcons(PackHeader const& header, ImageGeometry const& icon);
-    void LayScreens(PackHeader const& header, ImageGeometry const& screen);
-    std::string NameOf(std::size_t position, PackHeader const& header) const;
+    void LayIcons(Pack::PackHeader const& header, ImageGeometry const& icon);
+    void LayScreens(Pack::PackHeader const& header, ImageGeometry const& screen);
+    std::string NameOf(std::size_t position, Pack::PackHeader const& header) const;
 
     std::vector<Image> _images;
     std::size_t _iconSectors = 0;

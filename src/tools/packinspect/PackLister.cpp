@@ -1,12 +1,16 @@
 #include "PackLister.h"
 
-#include "PackFormat.h"
 #include "PackLayout.h"
+
+#include "Zar/ResourcesLibrary/Pack/PackFormat.h"
 
 #include <iomanip>
 #include <ostream>
 
 namespace Zar::ResourcesLibrary::Tools::Inspect {
+
+using Zar::ResourcesLibrary::Pack::PackFormat;
+using Zar::ResourcesLibrary::Pack::PackHeader;
 
 namespace {
 
@@ -49,7 +53,7 @@ void PackLister::PrintSummary(PackFile const& pack, PackLayout const& layout, Im
     PackHeader const& header = pack.Header();
     std::size_t const usedSectors = pack.SectorCount();
     std::size_t const freeSectors
-        = usedSectors < PackFormat::StoreSectors ? PackFormat::StoreSectors - usedSectors : 0;
+        = usedSectors < PackFormat::kStoreSectors ? PackFormat::kStoreSectors - usedSectors : 0;
 
     out << "version       ";
     PrintVersion(out, header._version);
@@ -59,9 +63,10 @@ void PackLister::PrintSummary(PackFile const& pack, PackLayout const& layout, Im
         << icon.ToString() << ", " << icon.Size() << " bytes each, " << layout.IconSectors() << " sectors)"
         << "\nscreens       " << header._screenCount << " (" << screen.ToString() << ", " << screen.Size()
         << " bytes each, " << layout.ScreenSectors() << " sectors)"
-        << "\nstore         " << usedSectors << " of 256 sectors used (" << pack.Size() << " bytes), "
-        << freeSectors << " free (" << freeSectors * PackFormat::SectorSize << " bytes)"
-        << "\nnames area    " << header._namesUsed << " of " << PackFormat::NamesCapacity << " bytes used, "
+        << "\nstore         " << usedSectors << " of " << PackFormat::kStoreSectors << " sectors used ("
+        << pack.Size() << " bytes), " << freeSectors << " free (" << freeSectors * PackFormat::kSectorSize
+        << " bytes)"
+        << "\nnames area    " << header._namesUsed << " of " << PackFormat::kNamesCapacity << " bytes used, "
         << header._namesCount << " names\n";
 }
 

@@ -1,8 +1,7 @@
 #include "PackVerifier.h"
 
-#include "PackFormat.h"
-
 #include "Zar/Lt/Core/Crc16.h"
+#include "Zar/ResourcesLibrary/Pack/PackFormat.h"
 
 #include <algorithm>
 #include <iomanip>
@@ -11,6 +10,9 @@
 #include <sstream>
 
 namespace Zar::ResourcesLibrary::Tools::Inspect {
+
+using Zar::ResourcesLibrary::Pack::PackFormat;
+using Zar::ResourcesLibrary::Pack::PackHeader;
 
 namespace {
 
@@ -47,28 +49,29 @@ bool PackVerifier::CheckHeader(PackFile const& pack, Report& report)
 {
     if (pack.IsTooLarge())
         report._problems.push_back("the file is larger than a pack can be ("
-            + std::to_string(PackFormat::MaxFileSize)
-            + " bytes: the header sector and the 256-sector store)");
+            + std::to_string(PackFormat::kMaxFileSize) + " bytes: the header sector and the "
+            + std::to_string(PackFormat::kStoreSectors) + "-sector store)");
     if (!pack.HasHeader()) {
-        report._problems.push_back("the file holds " + std::to_string(pack.Size())
-            + " bytes, less than the 4096-byte header sector");
+        report._problems.push_back("the file holds " + std::to_string(pack.Size()) + " bytes, less than the "
+            + std::to_string(PackFormat::kSectorSize) + "-byte header sector");
         return false;
     }
     PackHeader const& header = pack.Header();
     if (!header.HasMagic()) {
-        report._problems.push_back("wrong magic " + Hex(PackFormat::ReadU32(pack.Bytes(), 0), 8)
+        report._problems.push_back("wrong magic "
+            + Hex(PackFormat::ReadU32(pack.Bytes(), PackFormat::kMagicOffset), 8)
             + ": a pack starts with the bytes 5A 41 52 00 (\"ZAR\" and a zero byte)");
         return false;
     }
     if (!header.HasKnownFormat()) {
-        report._problems.push_back(
-            "unknown format word " + Hex(header._format, 8) + ", expected " + Hex(PackFormat::FormatWord, 8));
+        report._problems.push_back("unknown format word " + Hex(header._format, 8) + ", expected "
+            + Hex(PackFormat::kFormatWord, 8));
         return false;
     }
-    if (pack.Size() % PackFormat::SectorSize != 0)
-        report._problems.push_back(
-            "the file size " + std::to_string(pack.Size()) + " is not a whole number of 4096-byte sectors");
-    if (header._firstSector > 0xFFFF)
+    if (pack.Size() % PackFormat::kSectorSize != 0)
+        report._problems.push_back("the file size " + std::to_string(pack.Size())
+            + " is not a whole number of " + std::to_string(PackFormat::kSectorSize) + "-byte sectors");
+    if (header._firstSector > PackFormat::kSectorNumberMask)
         report._problems.push_back(
             "the first sector field " + std::to_string(header._firstSector) + " does not fit in 16 bits");
     return true;
@@ -89,11 +92,8 @@ void PackVerifier::CheckSectors(PackFile const& pack, Report& report)
 {
     PackHeader const& header = pack.Header();
     uint64_t const dataSectors = pack.SectorCount() - 1;
-    uint64_t const mappedIcons
-        = (static_cast<uint64_t>(header._iconCount) + PackFormat::IconsPerMappedSector - 1)
-        / PackFormat::IconsPerMappedSector;
-    uint64_t const mappedScreens
-        = static_cast<uint64_t>(header._screenCount) * PackFormat::SectorsPerMappedScreen;
+    uint64_t const mappedIcons = PackFormat::MappedIconSectors(header._iconCount);
+    uint64_t const mappedScreens = PackFormat::MappedScreenSectors(header._screenCount);
     bool const whole = dataSectors >= mappedIcons + mappedScreens;
     uint64_t const iconSectors = whole ? dataSectors - mappedScreens : std::min(mappedIcons, dataSectors);
     uint64_t const screenSectors = dataSectors - iconSectors;
@@ -106,8 +106,9 @@ void PackVerifier::CheckSectors(PackFile const& pack, Report& report)
         report._problems.push_back("the file holds " + std::to_string(iconSectors)
             + " icon sectors, the header maps " + std::to_string(mappedIcons) + " ((icons + 9) / 10)");
 
-    auto const iconTarget = [&](uint64_t i) { return (header._firstSector + i) & 0xFFFF; };
-    auto const screenTarget = [&](uint64_t j) { return PackFormat::FirstScreenSector + j; };
+    auto const iconTarget
+        = [&](uint64_t i) { return uint64_t { PackFormat::IconSector(header._firstSector, i) }; };
+    auto const screenTarget = [](uint64_t j) { return PackFormat::ScreenSector(j); };
 
     for (uint64_t i = 0; i < iconSectors; ++i)
         report._sectors.push_back(CheckSector(pack, static_cast<std::size_t>(1 + i), iconTarget(i)));
@@ -116,9 +117,9 @@ void PackVerifier::CheckSectors(PackFile const& pack, Report& report)
             CheckSector(pack, static_cast<std::size_t>(1 + iconSectors + j), screenTarget(j)));
 
     // The table cannot describe more than the store, which also bounds these loops when counts lie.
-    for (uint64_t i = iconSectors; i < mappedIcons && i < PackFormat::StoreSectors; ++i)
+    for (uint64_t i = iconSectors; i < mappedIcons && i < PackFormat::kStoreSectors; ++i)
         report._sectors.push_back({ iconTarget(i), 0, std::nullopt, std::nullopt, "missing from the file" });
-    for (uint64_t j = screenSectors; j < mappedScreens && j < PackFormat::StoreSectors; ++j)
+    for (uint64_t j = screenSectors; j < mappedScreens && j < PackFormat::kStoreSectors; ++j)
         report._sectors.push_back(
             { screenTarget(j), 0, std::nullopt, std::nullopt, "missing from the file" });
 
@@ -130,26 +131,27 @@ void PackVerifier::CheckSectors(PackFile const& pack, Report& report)
     auto const firstIcons = report._sectors.begin();
     bool const iconsReachScreens
         = std::any_of(firstIcons, firstIcons + static_cast<std::ptrdiff_t>(iconSectors),
-            [](SectorCheck const& s) { return s._target >= PackFormat::FirstScreenSector; });
+            [](SectorCheck const& s) { return s._target >= PackFormat::kFirstScreenSector; });
     if (iconsReachScreens)
         report._problems.push_back("the icon sectors " + std::to_string(iconTarget(0)) + " to "
-            + std::to_string(iconTarget(iconSectors - 1))
-            + " do not all stay below 247, where the screens begin");
+            + std::to_string(iconTarget(iconSectors - 1)) + " do not all stay below "
+            + std::to_string(PackFormat::kFirstScreenSector) + ", where the screens begin");
 }
 
 PackVerifier::SectorCheck PackVerifier::CheckSector(
     PackFile const& pack, std::size_t fileSector, uint64_t target)
 {
     SectorCheck check { target, fileSector, std::nullopt, std::nullopt, "" };
-    if (target < PackFormat::StoreSectors)
+    if (target < PackFormat::kStoreSectors)
         check._stored = pack.Header().CrcEntry(target);
     else
-        check._note = "past the 256-sector store";
+        check._note = "past the " + std::to_string(PackFormat::kStoreSectors) + "-sector store";
     auto const bytes = pack.Sector(fileSector);
-    if (bytes.size() == PackFormat::SectorSize)
+    if (bytes.size() == PackFormat::kSectorSize)
         check._computed = Zar::Lt::Core::Crc16().Value(bytes.data(), static_cast<unsigned>(bytes.size()));
     else
-        check._note = "cut short: " + std::to_string(bytes.size()) + " of 4096 bytes";
+        check._note = "cut short: " + std::to_string(bytes.size()) + " of "
+            + std::to_string(PackFormat::kSectorSize) + " bytes";
     return check;
 }
 

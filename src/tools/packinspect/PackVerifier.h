@@ -45,9 +45,9 @@ public:
 
 private:
     static bool CheckHeader(PackFile const& pack, Report& report);
-    static void CheckNames(PackHeader const& header, Report& report);
+    static void CheckNames(Pack::PackHeader const& header, Report& report);
     static void CheckSectors(PackFile const& pack, Report& report);
-    static void CheckUnmappedEntries(PackHeader const& header, Report& report);
+    static void CheckUnmappedEntries(Pack::PackHeader const& header, Report& report);
     static SectorCheck CheckSector(PackFile const& pack, std::size_t fileSector, uint64_t target);
 };
 

@@ -2,7 +2,6 @@
 
 #include "BmpPalette.h"
 #include "PackFile.h"
-#include "PackFormat.h"
 #include "PackVerifier.h"
 
 #include "PackExporter.h"
@@ -14,6 +13,7 @@
 #include "Zar/ResourcesLibrary/Image/FileFormat.h"
 #include "Zar/ResourcesLibrary/Image/FileFormatHelper.h"
 #include "Zar/ResourcesLibrary/Image/InputSequence.h"
+#include "Zar/ResourcesLibrary/Pack/PackFormat.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
 #include <algorithm>
@@ -30,6 +30,7 @@ using Zar::ResourcesLibrary::Image::FileFormat;
 using Zar::ResourcesLibrary::Image::FileFormatHelper;
 using Zar::ResourcesLibrary::Image::InputSequence;
 using Zar::ResourcesLibrary::Image::MutableImage;
+using Zar::ResourcesLibrary::Pack::PackFormat;
 
 namespace {
 
@@ -242,13 +243,14 @@ void TreeChecker::CheckNamesArea(PackExporter const& exporter)
     std::size_t needed = 0;
     exporter.ImageNames().Enumerate([&](int, std::string_view name) {
         needed += 1 + name.size();
-        if (name.size() > 255)
-            Warn("the name " + std::string(name) + " is longer than the 255 bytes a name may have");
+        if (name.size() > PackFormat::kMaxNameLength)
+            Warn("the name " + std::string(name) + " is longer than the "
+                + std::to_string(PackFormat::kMaxNameLength) + " bytes a name may have");
         return true;
     });
-    if (needed > PackFormat::NamesCapacity)
+    if (needed > PackFormat::kNamesCapacity)
         Warn("the names need " + std::to_string(needed) + " bytes, more than the "
-            + std::to_string(PackFormat::NamesCapacity) + " of the names area");
+            + std::to_string(PackFormat::kNamesCapacity) + " of the names area");
 }
 
 void TreeChecker::CheckClose(PackExporter& exporter)
@@ -270,12 +272,15 @@ void TreeChecker::CheckSectorSpace(PackExporter const& exporter)
     int64_t const dataSectors = exporter.SectorIndex() - 1;
     int64_t const screenSectors = exporter.ScreensCount() ? dataSectors - _iconSectors : 0;
     int64_t const lastIcon = int64_t { _firstSector } + _iconSectors - 1;
-    if (_iconSectors > 0 && lastIcon >= PackFormat::FirstScreenSector)
+    if (_iconSectors > 0 && lastIcon >= PackFormat::kFirstScreenSector)
         Warn("the icons need sectors " + std::to_string(_firstSector) + " to " + std::to_string(lastIcon)
-            + ", which runs into the screens' sectors from 247 on");
-    int64_t const lastScreen = int64_t { PackFormat::FirstScreenSector } + screenSectors - 1;
-    if (screenSectors > 0 && lastScreen >= PackFormat::StoreSectors)
-        Warn("the screens need sectors 247 to " + std::to_string(lastScreen) + ", past the 256-sector store");
+            + ", which runs into the screens' sectors from " + std::to_string(PackFormat::kFirstScreenSector)
+            + " on");
+    int64_t const lastScreen = int64_t { PackFormat::kFirstScreenSector } + screenSectors - 1;
+    if (screenSectors > 0 && lastScreen >= PackFormat::kStoreSectors)
+        Warn("the screens need sectors " + std::to_string(PackFormat::kFirstScreenSector) + " to "
+            + std::to_string(lastScreen) + ", past the " + std::to_string(PackFormat::kStoreSectors)
+            + "-sector store");
 }
 
 void TreeChecker::VerifyPack(std::string const& path)

@@ -1,8 +1,8 @@
 #include "ContactSheet.h"
 
-#include "PackHeader.h"
 #include "TestPacks.h"
 
+#include "Zar/ResourcesLibrary/Pack/PackHeader.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
 #include <gmock/gmock.h>

@@ -1,14 +1,15 @@
 #include "PackLayout.h"
 
-#include "PackHeader.h"
 #include "TestPacks.h"
+
+#include "Zar/ResourcesLibrary/Pack/PackHeader.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 using namespace PackInspectTest;
 using Zar::ResourcesLibrary::Tools::Inspect::ImageGeometry;
-using Zar::ResourcesLibrary::Tools::Inspect::PackHeader;
+using Zar::ResourcesLibrary::Pack::PackHeader;
 using Zar::ResourcesLibrary::Tools::Inspect::PackLayout;
 
 namespace {

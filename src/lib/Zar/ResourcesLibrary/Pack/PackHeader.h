@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Zar/Lt/Core/Version32.h"
+#include "Zar/ResourcesLibrary/Pack/PackFormat.h"
 
 #include <array>
 #include <cstdint>
@@ -8,13 +9,13 @@
 #include <string>
 #include <vector>
 
-namespace Zar::ResourcesLibrary::Tools::Inspect {
+namespace Zar::ResourcesLibrary::Pack {
 
 // The fields of a pack's header sector, read as they stand: nothing here trusts them. Reading the
-// names area never fails; what does not add up is collected in _nameProblems for the verifier.
+// names area never fails; what does not add up is collected in _nameProblems, for a verifier to report.
 class PackHeader {
 public:
-    // Reads the first 4096 bytes of the span, which must hold at least that many.
+    // Reads the header sector at the start of the span, which must hold at least a whole sector.
     static PackHeader Parse(std::span<uint8_t const> header);
 
     bool HasMagic() const;
@@ -28,7 +29,7 @@ public:
     uint32_t _firstSector = 0;
     uint32_t _iconCount = 0;
     uint32_t _screenCount = 0;
-    std::array<uint16_t, 256> _crcTable {};
+    std::array<uint16_t, PackFormat::kStoreSectors> _crcTable {};
     uint32_t _namesUsed = 0;
     uint32_t _namesCount = 0;
     // The names that could be read, icons first, then screens.
@@ -39,4 +40,4 @@ private:
     void ParseNames(std::span<uint8_t const> area);
 };
 
-} // namespace Zar::ResourcesLibrary::Tools::Inspect
+} // namespace Zar::ResourcesLibrary::Pack

@@ -1,37 +1,36 @@
-#include "PackHeader.h"
-
-#include "PackFormat.h"
+#include "Zar/ResourcesLibrary/Pack/PackHeader.h"
 
 #include "Zar/Lt/Exceptions/Check.h"
 
 #include <algorithm>
 
-namespace Zar::ResourcesLibrary::Tools::Inspect {
+namespace Zar::ResourcesLibrary::Pack {
 
 PackHeader PackHeader::Parse(std::span<uint8_t const> header)
 {
-    ZAR_PRECONDITION(header.size() >= PackFormat::SectorSize);
+    ZAR_PRECONDITION(header.size() >= PackFormat::kSectorSize);
     PackHeader result;
-    std::copy_n(header.begin(), 4, result._magic.begin());
-    result._format = PackFormat::ReadU32(header, PackFormat::FormatOffset);
-    result._version = Zar::Lt::Core::Version32(PackFormat::ReadU32(header, PackFormat::VersionOffset));
-    result._firstSector = PackFormat::ReadU32(header, PackFormat::FirstSectorOffset);
-    result._iconCount = PackFormat::ReadU32(header, PackFormat::IconCountOffset);
-    result._screenCount = PackFormat::ReadU32(header, PackFormat::ScreenCountOffset);
+    std::copy_n(header.begin() + PackFormat::kMagicOffset, result._magic.size(), result._magic.begin());
+    result._format = PackFormat::ReadU32(header, PackFormat::kFormatOffset);
+    result._version = Zar::Lt::Core::Version32(PackFormat::ReadU32(header, PackFormat::kVersionOffset));
+    result._firstSector = PackFormat::ReadU32(header, PackFormat::kFirstSectorOffset);
+    result._iconCount = PackFormat::ReadU32(header, PackFormat::kIconCountOffset);
+    result._screenCount = PackFormat::ReadU32(header, PackFormat::kScreenCountOffset);
     for (std::size_t s = 0; s < result._crcTable.size(); ++s)
-        result._crcTable[s] = PackFormat::ReadU16(header, PackFormat::CrcTableOffset + 2 * s);
-    result._namesUsed = PackFormat::ReadU32(header, PackFormat::NamesUsedOffset);
-    result._namesCount = PackFormat::ReadU32(header, PackFormat::NamesCountOffset);
-    result.ParseNames(header.subspan(PackFormat::NamesOffset, PackFormat::NamesCapacity));
+        result._crcTable[s]
+            = PackFormat::ReadU16(header, PackFormat::CrcEntryOffset(static_cast<uint32_t>(s)));
+    result._namesUsed = PackFormat::ReadU32(header, PackFormat::kNamesUsedOffset);
+    result._namesCount = PackFormat::ReadU32(header, PackFormat::kNamesCountOffset);
+    result.ParseNames(header.subspan(PackFormat::kNamesOffset, PackFormat::kNamesCapacity));
     return result;
 }
 
 bool PackHeader::HasMagic() const
 {
-    return std::equal(_magic.begin(), _magic.end(), std::begin(PackFormat::Magic));
+    return std::equal(_magic.begin(), _magic.end(), PackFormat::kMagic.begin());
 }
 
-bool PackHeader::HasKnownFormat() const { return _format == PackFormat::FormatWord; }
+bool PackHeader::HasKnownFormat() const { return _format == PackFormat::kFormatWord; }
 
 uint16_t PackHeader::CrcEntry(uint64_t sector) const
 {
@@ -71,4 +70,4 @@ void PackHeader::ParseNames(std::span<uint8_t const> area)
             "names area holds non-zero bytes after its " + std::to_string(used) + " used bytes");
 }
 
-} // namespace Zar::ResourcesLibrary::Tools::Inspect
+} // namespace Zar::ResourcesLibrary::Pack

@@ -1,16 +1,20 @@
-#include "PackHeader.h"
+#include "Zar/ResourcesLibrary/Pack/PackHeader.h"
 
+#include "PackBuilder.h"
 #include "PackReader.h"
-#include "TestPacks.h"
 
 #include "Zar/Lt/Exceptions/PreCondition.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-using namespace PackInspectTest;
+using TestSupport::BuildPack;
+using TestSupport::Bytes;
 using TestSupport::Le16;
-using Zar::ResourcesLibrary::Tools::Inspect::PackHeader;
+using TestSupport::PackContents;
+using TestSupport::PutU32;
+using TestSupport::WorkedExample;
+using Zar::ResourcesLibrary::Pack::PackHeader;
 
 TEST(PackHeaderTest, ReadsEveryField)
 {
@@ -55,7 +59,20 @@ TEST(PackHeaderTest, NeedsAWholeHeaderSector)
     Bytes const shortHeader(4095, 0);
     EXPECT_THAT([&] { PackHeader::Parse(shortHeader); },
         testing::ThrowsMessage<Zar::Lt::Exceptions::PreCondition>(
-            testing::StrEq("PreCondition header.size() >= PackFormat::SectorSize")));
+            testing::StrEq("PreCondition header.size() >= PackFormat::kSectorSize")));
+}
+
+TEST(PackHeaderTest, NamesFillingTheAreaToTheLastByteOfTheSectorAreAllRead)
+{
+    // 16 names of 221 bytes, each with its length byte: 3552 bytes, up to the end of the header.
+    PackContents contents;
+    for (char letter = 'a'; letter < 'a' + 16; ++letter)
+        contents._names.push_back(std::string(221, letter));
+    auto const header = PackHeader::Parse(BuildPack(contents));
+    EXPECT_EQ(header._namesCount, 16u);
+    EXPECT_EQ(header._namesUsed, 3552u);
+    EXPECT_EQ(header._names, contents._names);
+    EXPECT_TRUE(header._nameProblems.empty());
 }
 
 TEST(PackHeaderTest, UsedBeyondTheAreaIsClampedAndReported)
