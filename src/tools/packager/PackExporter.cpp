@@ -19,7 +19,7 @@
 #include <cstddef>
 #include <cstring>
 #include <iomanip>
-#include <iostream>
+#include <ostream>
 
 namespace Zar::ResourcesLibrary::Tools {
 
@@ -77,7 +77,7 @@ uint32_t FirstSectorField(int32_t firstSector)
 
 } // namespace
 
-PackExporter::PackExporter(Zar::Lt::Core::Version32 const& version, int32_t firstSector)
+PackExporter::PackExporter(Zar::Lt::Core::Version32 const& version, int32_t firstSector, std::ostream& out)
     : _version(version)
     , _firstSector(firstSector)
     , _sectorIndex(1)
@@ -85,6 +85,7 @@ PackExporter::PackExporter(Zar::Lt::Core::Version32 const& version, int32_t firs
     , _iconsCount(0)
     , _screensCount(0)
     , _frameColor(Color4Bpp::Level3)
+    , _out(out)
 {
 }
 
@@ -336,29 +337,29 @@ void PackExporter::PrintSummary() const
     // derived from the sectors actually written.
     uint64_t const sectorCount = PackFormat::MappedScreenSectors(static_cast<uint32_t>(_screensCount)) + 1
         + PackFormat::MappedIconSectors(static_cast<uint32_t>(_iconsCount));
-    std::cout << unsigned { _version.Major() } << '.' << unsigned { _version.Minor() } << '.'
-              << unsigned { _version.Patch() } << '.' << unsigned { _version.Build() } << ", " << _iconsCount
-              << " icons at sector " << FirstSectorField(_firstSector) << ", " << _screensCount << " screens, "
-              << sectorCount << " sectors, " << sectorCount * PackFormat::kSectorSize << " bytes" << std::endl;
+    _out << unsigned { _version.Major() } << '.' << unsigned { _version.Minor() } << '.'
+         << unsigned { _version.Patch() } << '.' << unsigned { _version.Build() } << ", " << _iconsCount
+         << " icons at sector " << FirstSectorField(_firstSector) << ", " << _screensCount << " screens, "
+         << sectorCount << " sectors, " << sectorCount * PackFormat::kSectorSize << " bytes" << std::endl;
 }
 
 void PackExporter::PrintCrcLine() const
 {
-    std::ios_base::fmtflags const flags = std::cout.flags();
-    std::streamsize const width = std::cout.width();
-    char const fill = std::cout.fill();
+    std::ios_base::fmtflags const flags = _out.flags();
+    std::streamsize const width = _out.width();
+    char const fill = _out.fill();
 
-    std::cout << "crc:" << std::uppercase << std::hex << std::setfill('0');
+    _out << "crc:" << std::uppercase << std::hex << std::setfill('0');
     char const* separator = "";
     for (uint16_t const crc : _crcTable) {
-        std::cout << separator << std::setw(4) << crc;
+        _out << separator << std::setw(4) << crc;
         separator = " ";
     }
-    std::cout << std::endl;
+    _out << std::endl;
 
-    std::cout.flags(flags);
-    std::cout.width(width);
-    std::cout.fill(fill);
+    _out.flags(flags);
+    _out.width(width);
+    _out.fill(fill);
 }
 
 bool PackExporter::IsSelectedName(string_view name)

@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <fstream>
+#include <iostream>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -35,7 +36,9 @@ public:
     // "const string_view&", as the firmware's tools have always printed them.
     using string_view = std::string_view;
 
-    PackExporter(Zar::Lt::Core::Version32 const& version, int32_t firstSector);
+    // The summary and the "crc:" line go to out, which must outlive the exporter: its destructor may
+    // close the pack and print them.
+    PackExporter(Zar::Lt::Core::Version32 const& version, int32_t firstSector, std::ostream& out = std::cout);
     // Closes the pack if that has not been done; a failure of that late close is dropped.
     ~PackExporter();
 
@@ -100,6 +103,7 @@ private:
     int32_t _iconsCount;
     int32_t _screensCount;
     Zar::ResourcesLibrary::Image::Color4Bpp _frameColor;
+    std::ostream& _out;
 };
 
 } // namespace Zar::ResourcesLibrary::Tools

@@ -19,7 +19,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <iostream>
 #include <map>
 #include <ostream>
 #include <sstream>
@@ -59,24 +58,6 @@ public:
 
 private:
     std::string _path;
-};
-
-// The exporter prints its summary to standard output; the check collects it instead.
-class CoutCapture {
-public:
-    CoutCapture()
-        : _previous(std::cout.rdbuf(_text.rdbuf()))
-    {
-    }
-    ~CoutCapture() { std::cout.rdbuf(_previous); }
-    CoutCapture(CoutCapture const&) = delete;
-    CoutCapture& operator=(CoutCapture const&) = delete;
-
-    std::string Text() const { return _text.str(); }
-
-private:
-    std::ostringstream _text;
-    std::streambuf* _previous;
 };
 
 // The file a list line names: relative to its folder, ".bmp" added when it has no extension.
@@ -137,15 +118,16 @@ void TreeChecker::RunIn(std::string const& scratchFolder)
 {
     std::string const packPath = scratchFolder + "oled.pack";
     {
-        CoutCapture capture;
-        PackExporter exporter(DefaultVersion, _firstSector);
+        // What the exporter prints is collected for the report; it must outlive the exporter.
+        std::ostringstream printed;
+        PackExporter exporter(DefaultVersion, _firstSector, printed);
         exporter.Open(packPath);
         CheckList({ "icon", _root + "icons/", true }, exporter);
         CheckList({ "screen", _root + "screens/", false }, exporter);
         CheckNamesArea(exporter);
         CheckClose(exporter);
         CheckSectorSpace(exporter);
-        _packagerOutput = capture.Text();
+        _packagerOutput = printed.str();
     }
     if (_iconFailedToLoad)
         Warn("packager stops after the icons when one of them fails to load: it would pack no screen");

@@ -18,8 +18,10 @@
 #include <climits>
 #include <filesystem>
 #include <functional>
+#include <iomanip>
 #include <iostream>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -488,6 +490,49 @@ TEST_F(PackExporterTest, CloseTwiceDoesNothingTheSecondTime)
     CloseCapturing(exporter);
     EXPECT_FALSE(exporter.IsOpen());
     EXPECT_EQ("", CloseCapturing(exporter));
+}
+
+// --- Where the summary goes ------------------------------------------------------------------
+
+TEST_F(PackExporterTest, AGivenStreamGetsTheSummaryAndStandardOutputNothing)
+{
+    std::ostringstream out;
+    PackExporter exporter(Version32(0x01020304), 12, out);
+    exporter.Open(PackPath());
+    MutableImage icon = MakeGray4Image(32, 24, 1);
+    exporter.ProcessImage(2, "Play", icon);
+    EXPECT_EQ("", CloseCapturing(exporter));
+    ASSERT_EQ(1u, exporter.CrcTable().size());
+    std::string const summary = "1.2.3.4, 1 icons at sector 12, 0 screens, 2 sectors, 8192 bytes\n";
+    EXPECT_EQ(summary + CrcLine(exporter.CrcTable()), out.str());
+}
+
+TEST_F(PackExporterTest, TheCloseOfTheDestructorPrintsToTheGivenStream)
+{
+    std::ostringstream out;
+    std::string const printed = CaptureStdout([&] {
+        PackExporter exporter(Version32(0x00060000), 12, out);
+        exporter.Open(PackPath());
+    });
+    EXPECT_EQ("", printed);
+    EXPECT_EQ("0.6.0.0, 0 icons at sector 12, 0 screens, 1 sectors, 4096 bytes\ncrc:\n", out.str());
+    EXPECT_EQ(kSector, Pack().size());
+}
+
+TEST_F(PackExporterTest, CloseRestoresTheFormattingOfTheGivenStream)
+{
+    std::ostringstream out;
+    out << std::boolalpha << std::setfill('*');
+    PackExporter exporter(Version32(0x00060000), 12, out);
+    exporter.Open(PackPath());
+    MutableImage icon = MakeGray4Image(32, 24, 1);
+    exporter.ProcessImage(2, "Play", icon);
+    std::ios_base::fmtflags const flags = out.flags();
+    exporter.Close();
+    EXPECT_EQ(flags, out.flags());
+    EXPECT_EQ('*', out.fill());
+    std::string const summary = "0.6.0.0, 1 icons at sector 12, 0 screens, 2 sectors, 8192 bytes\n";
+    EXPECT_EQ(summary + CrcLine(exporter.CrcTable()), out.str());
 }
 
 // --- Names area ------------------------------------------------------------------------------
