@@ -1,0 +1,43 @@
+# The fuzz targets, one per entry point that takes outside bytes, with the libraries each exercises.
+# Two builds share this list: fuzz/CMakeLists.txt links every target with libFuzzer (clang only),
+# and the normal build (fuzz/replay/) links it with ReplayMain.cpp, with whichever compiler builds
+# the rest, and runs it over its inputs as the test fuzz_replay_<name>. The including folder sets
+# ZAR_FUZZ_REPLAY, and for the replay ZAR_FUZZ_SEEDS (the folder of the generated seed corpus, one
+# sub-folder per target) and ZAR_FUZZ_INCLUDES.
+
+set(ZAR_FUZZ_DIR ${CMAKE_CURRENT_LIST_DIR})
+
+# zar_add_fuzz_target(<name> <source> DEPS <target>... [SOURCES <file>...])
+function(zar_add_fuzz_target name source)
+    cmake_parse_arguments(ARG "" "" "DEPS;SOURCES" ${ARGN})
+    if(ZAR_FUZZ_REPLAY)
+        set(target fuzz_replay_${name})
+        add_executable(${target} ${ZAR_FUZZ_DIR}/${source} ${ZAR_FUZZ_DIR}/ReplayMain.cpp ${ARG_SOURCES})
+        target_compile_options(${target} PRIVATE ${ZAR_WARNINGS})
+        target_include_directories(${target} SYSTEM PRIVATE ${ZAR_FUZZ_INCLUDES})
+        # Every input fuzzing starts from, and every input that once broke the target.
+        add_test(NAME ${target}
+            COMMAND ${target} ${ZAR_FUZZ_SEEDS}/${name} ${ZAR_FUZZ_DIR}/regressions/${name})
+        set_tests_properties(${target} PROPERTIES FIXTURES_REQUIRED fuzz_seed_corpus)
+    else()
+        set(target ${name})
+        add_executable(${target} ${ZAR_FUZZ_DIR}/${source} ${ARG_SOURCES})
+        target_compile_options(${target} PRIVATE -Wall -Wextra)
+        target_link_options(${target} PRIVATE -fsanitize=fuzzer,${ZAR_FUZZ_SANITIZERS})
+    endif()
+    target_link_libraries(${target} PRIVATE ${ARG_DEPS})
+    target_include_directories(${target} PRIVATE ${ZAR_FUZZ_DIR})
+endfunction()
+
+zar_add_fuzz_target(bmp_input BmpInputFuzzer.cpp DEPS Zar::Image)
+zar_add_fuzz_target(ascii_input AsciiInputFuzzer.cpp DEPS Zar::Image)
+zar_add_fuzz_target(input_sequence_list InputSequenceListFuzzer.cpp DEPS Zar::Image)
+zar_add_fuzz_target(paths PathFuzzer.cpp DEPS Zar::Image)
+zar_add_fuzz_target(symbols SymbolFuzzer.cpp DEPS Zar::LtExceptions)
+zar_add_fuzz_target(case_conversion CaseFuzzer.cpp DEPS Zar::LtCore)
+
+# The end-to-end target calls the tool's build driver; the tool's source is compiled in once more
+# with its main renamed, since libFuzzer or ReplayMain.cpp brings the program's main.
+get_filename_component(zar_packager_main "${ZAR_FUZZ_DIR}/../src/tools/packager/packager.cpp" ABSOLUTE)
+zar_add_fuzz_target(build BuildFuzzer.cpp DEPS Zar::Packager SOURCES ${zar_packager_main})
+set_source_files_properties(${zar_packager_main} PROPERTIES COMPILE_DEFINITIONS "main=PackagerMain")
