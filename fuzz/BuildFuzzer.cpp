@@ -54,11 +54,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr size_t SectorSize = 4096;
-constexpr size_t IconSize = 384;
-constexpr size_t ScreenSize = 8192;
-constexpr int FirstScreenSector = 247;
-constexpr size_t NamesCapacity = 3552;
+// The pack's layout is written out here with its own numbers on purpose, not taken from the product's
+// PackFormat, so that a wrong constant there is caught by these checks instead of shared by them.
+constexpr size_t kSectorSize = 4096;
+constexpr size_t kIconSize = 384;
+constexpr size_t kScreenSize = 8192;
+constexpr int kFirstScreenSector = 247;
+constexpr size_t kNamesCapacity = 3552;
 
 using Bytes = std::vector<uint8_t>;
 
@@ -180,8 +182,8 @@ private:
     size_t _position = 0;
 };
 
-constexpr size_t MaxSeedSize = 48;
-constexpr size_t MaxFileSize = 16384;
+constexpr size_t kMaxSeedSize = 48;
+constexpr size_t kMaxFileSize = 16384;
 
 Bytes MakeContent(ByteReader& reader, Content content)
 {
@@ -191,16 +193,16 @@ Bytes MakeContent(ByteReader& reader, Content content)
     uint16_t const bits = mono ? 1 : 4;
     switch (content) {
     case Content::Icon:
-        return MakeBmp(32, topDown ? -24 : 24, bits, whiteFirst, reader.Blob(MaxSeedSize));
+        return MakeBmp(32, topDown ? -24 : 24, bits, whiteFirst, reader.Blob(kMaxSeedSize));
     case Content::Screen:
-        return MakeBmp(256, topDown ? -64 : 64, 4, whiteFirst, reader.Blob(MaxSeedSize));
+        return MakeBmp(256, topDown ? -64 : 64, 4, whiteFirst, reader.Blob(kMaxSeedSize));
     case Content::AnySize: {
         int32_t const width = reader.InRange(1, 300);
         int32_t const height = reader.InRange(1, 80);
-        return MakeBmp(width, topDown ? -height : height, bits, whiteFirst, reader.Blob(MaxSeedSize));
+        return MakeBmp(width, topDown ? -height : height, bits, whiteFirst, reader.Blob(kMaxSeedSize));
     }
     case Content::DamagedIcon: {
-        Bytes file = MakeBmp(32, topDown ? -24 : 24, bits, whiteFirst, reader.Blob(MaxSeedSize));
+        Bytes file = MakeBmp(32, topDown ? -24 : 24, bits, whiteFirst, reader.Blob(kMaxSeedSize));
         int const changes = reader.InRange(1, 4);
         for (int i = 0; i < changes; ++i) {
             auto const offset = static_cast<size_t>(reader.InRange(0, 14 + 40 + 8));
@@ -212,7 +214,7 @@ Bytes MakeContent(ByteReader& reader, Content content)
     }
     case Content::RawBytes:
     case Content::TextImage:
-        return reader.Blob(MaxFileSize);
+        return reader.Blob(kMaxFileSize);
     default:
         return {};
     }
@@ -236,9 +238,9 @@ Entry MakeEntry(ByteReader& reader)
     auto const content = static_cast<Content>(reader.InRange(0, static_cast<int>(Content::Count) - 1));
     Entry entry;
     std::string const stem = FileStem(reader);
-    static constexpr std::array<char const*, 4> bmpSuffixes = { "", ".bmp", ".BMP", ".b" };
-    auto const suffixChoice = static_cast<size_t>(reader.InRange(0, bmpSuffixes.size() - 1));
-    std::string const suffix = content == Content::TextImage ? ".txt" : bmpSuffixes[suffixChoice];
+    static constexpr std::array<char const*, 4> kBmpSuffixes = { "", ".bmp", ".BMP", ".b" };
+    auto const suffixChoice = static_cast<size_t>(reader.InRange(0, kBmpSuffixes.size() - 1));
+    std::string const suffix = content == Content::TextImage ? ".txt" : kBmpSuffixes[suffixChoice];
     entry.fileName = stem + suffix;
     // A list line without a usable extension is loaded as a BMP file of that name plus ".bmp".
     if (suffix.empty() && stem.find('.') == std::string::npos)
@@ -292,7 +294,7 @@ bool LoadsWithinContract(fs::path const& folder)
         sequence.AddList(folder.string() + "/list.txt");
         sequence.LoadAll(
             [&within](int, std::string_view const& name, MutableImage& image) {
-                within = within && (image.GetSize() == IconSize || image.GetSize() == ScreenSize)
+                within = within && (image.GetSize() == kIconSize || image.GetSize() == kScreenSize)
                     && utf8::is_valid(name.begin(), name.end());
                 return true;
             },
@@ -312,46 +314,46 @@ struct Names
 Names CheckNamesArea(Bytes const& pack)
 {
     Names names { Le32(pack, 540), Le32(pack, 536) };
-    ZAR_FUZZ_CHECK(names.used <= NamesCapacity);
+    ZAR_FUZZ_CHECK(names.used <= kNamesCapacity);
     size_t position = 0;
     for (uint32_t i = 0; i < names.count; ++i) {
         ZAR_FUZZ_CHECK(position < names.used);
         position += 1 + pack[544 + position];
     }
     ZAR_FUZZ_CHECK(position == names.used);
-    for (size_t i = 544 + names.used; i < SectorSize; ++i)
+    for (size_t i = 544 + names.used; i < kSectorSize; ++i)
         ZAR_FUZZ_CHECK(pack[i] == 0);
     return names;
 }
 
 uint16_t SectorCrc(Bytes const& pack, size_t fileSector)
 {
-    return Crc16(pack.data() + fileSector * SectorSize, SectorSize);
+    return Crc16(pack.data() + fileSector * kSectorSize, kSectorSize);
 }
 
 void CheckExactLayout(Bytes const& pack, uint32_t firstSector, uint32_t icons, uint32_t screens)
 {
     uint32_t const iconSectors = (icons + 9) / 10;
-    ZAR_FUZZ_CHECK(pack.size() == SectorSize * (1 + iconSectors + 2 * screens));
+    ZAR_FUZZ_CHECK(pack.size() == kSectorSize * (1 + iconSectors + 2 * screens));
     std::array<uint16_t, 256> expected {};
     for (uint32_t i = 0; i < iconSectors; ++i)
         expected[(firstSector + i) & 0xFF] = SectorCrc(pack, 1 + i);
-    for (uint32_t j = 0; j < 2 * screens && FirstScreenSector + j < 256; ++j)
-        expected[FirstScreenSector + j] = SectorCrc(pack, 1 + iconSectors + j);
+    for (uint32_t j = 0; j < 2 * screens && kFirstScreenSector + j < 256; ++j)
+        expected[kFirstScreenSector + j] = SectorCrc(pack, 1 + iconSectors + j);
     for (size_t s = 0; s < expected.size(); ++s)
         ZAR_FUZZ_CHECK(Le16(pack, 24 + 2 * s) == expected[s]);
 }
 
 void CheckPack(Bytes const& pack, Version32 const& version, int sector, bool built, bool withinContract)
 {
-    ZAR_FUZZ_CHECK(pack.size() >= SectorSize);
+    ZAR_FUZZ_CHECK(pack.size() >= kSectorSize);
     if (std::memcmp(pack.data(), "ZAR\0", 4) != 0) {
         // The header is written last; a Build that stopped before it leaves it reserved.
         ZAR_FUZZ_CHECK(!built);
-        ZAR_FUZZ_CHECK(std::all_of(pack.begin(), pack.begin() + SectorSize, [](uint8_t b) { return b == 0xFF; }));
+        ZAR_FUZZ_CHECK(std::all_of(pack.begin(), pack.begin() + kSectorSize, [](uint8_t b) { return b == 0xFF; }));
         return;
     }
-    ZAR_FUZZ_CHECK(pack.size() % SectorSize == 0);
+    ZAR_FUZZ_CHECK(pack.size() % kSectorSize == 0);
     ZAR_FUZZ_CHECK(Le32(pack, 4) == 0x00050100);
     ZAR_FUZZ_CHECK(Le32(pack, 8) == version.Value());
     ZAR_FUZZ_CHECK(Le32(pack, 12) == (static_cast<uint32_t>(sector) & 0xFFFF));

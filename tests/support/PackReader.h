@@ -2,6 +2,9 @@
 
 // Reads an oled.pack back for the tests, independently of the code that writes and inspects packs:
 // little-endian fields, the header with its CRC table and names, and the sectors with their CRCs.
+// Its numbers (the sector size, the header offsets, the names area) are written out here on purpose
+// and not taken from the product's PackFormat: a wrong constant there must fail the tests, not be
+// read back the same wrong way.
 // Reads are checked, so a pack that is shorter than a test expects fails that test with
 // std::out_of_range instead of reading past the bytes.
 //

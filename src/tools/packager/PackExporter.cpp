@@ -102,8 +102,10 @@ void PackExporter::Open(std::string const& path)
 {
     auto const slash = path.rfind('/');
     _outputFolder = slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
-    // A pack that cannot be created is not reported here: the writes then fail quietly and the
-    // build ends without a pack, which is how the tool has always behaved.
+    // A pack that cannot be created is not reported here. The packager tells how a build went only
+    // through what it prints and the files it leaves, never through its exit status: with the file
+    // not open every write fails quietly and Close() does nothing, so such a build prints no summary
+    // and leaves no pack, and that is what its caller checks.
     _packFile.open(path, std::ios::out | std::ios::trunc);
     WritePadding(kSectorSize - _offset);
 }

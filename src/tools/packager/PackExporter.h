@@ -32,8 +32,8 @@ class EnumerationOutput;
 class PackExporter
 {
 public:
-    // Spelt through this alias so that the signatures recorded in exceptions read
-    // "const string_view&", as the firmware's tools have always printed them.
+    // Spelt through this alias so that the function signatures recorded in exceptions read
+    // "const string_view&": those records are fixed, so that logs stay comparable between builds.
     using string_view = std::string_view;
 
     // The summary and the "crc:" line go to out, which must outlive the exporter: its destructor may
