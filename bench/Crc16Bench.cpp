@@ -1,6 +1,7 @@
 #include "BenchCheck.h"
 
 #include "Zar/Lt/Core/Crc16.h"
+#include "Zar/ResourcesLibrary/Pack/PackFormat.h"
 
 #include <benchmark/benchmark.h>
 
@@ -11,7 +12,8 @@ using Zar::Lt::Core::Crc16;
 
 namespace {
 
-constexpr unsigned kSectorSize = 4096;
+// The sectors of a pack; the counts the CRC functions take are unsigned and int.
+constexpr unsigned kSectorSize = Zar::ResourcesLibrary::Pack::PackFormat::kSectorSize;
 constexpr int kScreenSize = 8192;
 
 std::vector<uint8_t> VariedBytes(std::size_t size)

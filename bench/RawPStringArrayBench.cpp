@@ -2,6 +2,7 @@
 #include "IconNames.h"
 
 #include "Zar/Lt/Core/StringCollection/RawPStringArray.h"
+#include "Zar/ResourcesLibrary/Pack/PackFormat.h"
 
 #include <benchmark/benchmark.h>
 
@@ -9,10 +10,9 @@
 #include <vector>
 
 using Zar::Lt::Core::RawPStringArray;
+using Zar::ResourcesLibrary::Pack::PackFormat;
 
 namespace {
-
-constexpr std::size_t kNamesCapacity = 3552;
 
 // As many names of the usual kind as the pack header's names area holds.
 std::vector<std::string> NamesThatFit()
@@ -20,7 +20,7 @@ std::vector<std::string> NamesThatFit()
     std::vector<std::string> fitting;
     std::size_t used = 0;
     for (auto& name : Zar::Bench::IconNames(1000)) {
-        if (used + 1 + name.size() > kNamesCapacity)
+        if (used + 1 + name.size() > PackFormat::kNamesCapacity)
             break;
         used += 1 + name.size();
         fitting.push_back(std::move(name));
@@ -32,14 +32,14 @@ std::vector<std::string> NamesThatFit()
 void RawPStringArrayAppend(benchmark::State& state)
 {
     auto const names = NamesThatFit();
-    RawPStringArray<kNamesCapacity> check;
+    RawPStringArray<PackFormat::kNamesCapacity> check;
     for (auto const& name : names)
         check.Append(name.c_str(), name.size());
-    if (!Zar::Bench::Check(state, check.count == names.size() && check.used > kNamesCapacity - 19,
+    if (!Zar::Bench::Check(state, check.count == names.size() && check.used > PackFormat::kNamesCapacity - 19,
             "the names do not fill the area"))
         return;
     for (auto _ : state) {
-        RawPStringArray<kNamesCapacity> block;
+        RawPStringArray<PackFormat::kNamesCapacity> block;
         for (auto const& name : names)
             block.Append(name.c_str(), name.size());
         benchmark::DoNotOptimize(block.data);

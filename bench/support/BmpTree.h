@@ -3,6 +3,8 @@
 #include "BmpBytes.h"
 #include "IconNames.h"
 
+#include "Zar/ResourcesLibrary/Pack/PackFormat.h"
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -19,7 +21,6 @@ class BmpTree
 {
 public:
     static constexpr int kScreens = 4;
-    static constexpr std::size_t kNamesCapacity = 3552;
 
     explicit BmpTree(int icons)
     {
@@ -68,7 +69,7 @@ public:
         std::size_t used = kScreens * (1 + std::string("Screen1").size());
         int count = 0;
         for (auto const& name : IconNames(1000)) {
-            if (used + 1 + name.size() > kNamesCapacity)
+            if (used + 1 + name.size() > Zar::ResourcesLibrary::Pack::PackFormat::kNamesCapacity)
                 break;
             used += 1 + name.size();
             ++count;
