@@ -3,12 +3,13 @@
 // scripts is caught.
 
 #include "CppEnumerationOutput.h"
+#include "FileContents.h"
 #include "GeneratedText.h"
 #include "HelperEnumerationOutput.h"
 #include "PythonEnumerationOutput.h"
 #include "ShellCommand.h"
-#include "TemporaryFolder.h"
 
+#include "Zar/Lt/Core/ScratchFolder.h"
 #include "Zar/Lt/Core/StringCollection/StringCollection.h"
 
 #include <gtest/gtest.h>
@@ -20,7 +21,7 @@ using PackagerTests::Generate;
 using TestSupport::CommandResult;
 using TestSupport::RunShellCommand;
 using TestSupport::ShellQuoted;
-using TestSupport::TemporaryFolder;
+using Zar::Lt::Core::ScratchFolder;
 using TestSupport::WriteFile;
 using Zar::Lt::Core::StringCollection;
 using Zar::ResourcesLibrary::Tools::CppEnumerationOutput;
@@ -116,7 +117,7 @@ protected:
         return RunShellCommand(Quoted(PACKAGER_PYTHON3) + " " + Quoted(script));
     }
 
-    TemporaryFolder _folder;
+    ScratchFolder _folder;
 };
 
 } // namespace

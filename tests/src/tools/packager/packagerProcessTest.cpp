@@ -2,11 +2,13 @@
 // prints, and the files it leaves behind in its current folder.
 
 #include "BmpWriter.h"
+#include "FileContents.h"
 #include "PackReader.h"
 #include "PackSummary.h"
 #include "ShellCommand.h"
-#include "TemporaryFolder.h"
 #include "TestImages.h"
+
+#include "Zar/Lt/Core/ScratchFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -22,6 +24,7 @@ namespace {
 
 using namespace PackagerTests;
 using namespace TestSupport;
+using Zar::Lt::Core::ScratchFolder;
 using testing::StartsWith;
 
 constexpr char kHelp[] = "packager version 0.5.0.5\n"
@@ -38,7 +41,7 @@ struct Process
 
 // Runs the executable in folder with the arguments; its standard output and error are kept in files
 // beside the folder, so that they do not show up among the files it leaves behind.
-Process RunPackager(TemporaryFolder const& scratch, std::filesystem::path const& folder,
+Process RunPackager(ScratchFolder const& scratch, std::filesystem::path const& folder,
     std::vector<std::string> const& arguments)
 {
     std::string command = ShellQuoted(PACKAGER_EXECUTABLE);
@@ -101,7 +104,7 @@ protected:
         WriteFile(Work() / "bmp/screens/list.txt", std::string("Splash\n"));
     }
 
-    TemporaryFolder _scratch;
+    ScratchFolder _scratch;
 };
 
 TEST_F(PackagerProcessTest, ABuildPrintsItsSummaryAndLeavesThePackAndTheSources)

@@ -1,14 +1,15 @@
 // The command line and the build driver, called in-process: packager.cpp is compiled into this test
 // program with main renamed to PackagerMain.
 
+#include "FileContents.h"
 #include "PackReader.h"
 #include "PackSummary.h"
 #include "RecordingLogger.h"
 #include "ScopedWorkingDirectory.h"
-#include "TemporaryFolder.h"
 #include "TestImages.h"
 
 #include "LoggingManager.h"
+#include "Zar/Lt/Core/ScratchFolder.h"
 #include "Zar/Lt/Core/Version32.h"
 #include "Zar/ResourcesLibrary/Image/FileFormat.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
@@ -32,6 +33,7 @@ namespace {
 
 using namespace PackagerTests;
 using namespace TestSupport;
+using Zar::Lt::Core::ScratchFolder;
 using testing::HasSubstr;
 using testing::StartsWith;
 using Zar::Lt::Core::Version32;
@@ -103,7 +105,7 @@ protected:
     bool Exists(std::string const& name) const { return std::filesystem::exists(_folder / name); }
     PackHeader Header() const { return ReadHeader(ReadBytes(_folder / "oled.pack")); }
 
-    TemporaryFolder _folder;
+    ScratchFolder _folder;
     ScopedWorkingDirectory _here;
 };
 
@@ -287,7 +289,7 @@ protected:
     std::string Root() const { return _folder.Prefix() + "bmp/"; }
     std::string Out() const { return _folder.Prefix() + "out/"; }
 
-    TemporaryFolder _folder;
+    ScratchFolder _folder;
 };
 
 TEST_F(BuildTest, WritesThePackAndTheSourcesIntoTheOutputFolder)

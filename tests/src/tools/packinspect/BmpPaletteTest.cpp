@@ -1,12 +1,14 @@
 #include "BmpPalette.h"
 
-#include "TemporaryFolder.h"
+#include "FileContents.h"
 #include "TestPacks.h"
+
+#include "Zar/Lt/Core/ScratchFolder.h"
 
 #include <gtest/gtest.h>
 
 using namespace PackInspectTest;
-using TestSupport::TemporaryFolder;
+using Zar::Lt::Core::ScratchFolder;
 using TestSupport::WriteFile;
 using Zar::ResourcesLibrary::Tools::Inspect::BmpPalette;
 
@@ -14,7 +16,7 @@ namespace {
 
 BmpPalette::Kind ClassifyBytes(Bytes const& bytes)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     WriteFile(folder / "image.bmp", bytes);
     return BmpPalette::Classify((folder / "image.bmp").string());
 }

@@ -1,12 +1,13 @@
 #include "CommandLine.h"
 
 #include "ContactSheet.h"
+#include "FileContents.h"
 #include "PackFile.h"
 #include "PackLayout.h"
 #include "ShellCommand.h"
-#include "TemporaryFolder.h"
 #include "TestPacks.h"
 
+#include "Zar/Lt/Core/ScratchFolder.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
 #include <QImage>
@@ -26,7 +27,7 @@ using TestSupport::ReadBytes;
 using TestSupport::ReadText;
 using TestSupport::RunShellCommand;
 using TestSupport::ShellQuoted;
-using TestSupport::TemporaryFolder;
+using Zar::Lt::Core::ScratchFolder;
 using TestSupport::WriteFile;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
 using Zar::ResourcesLibrary::Tools::Inspect::CommandLine;
@@ -64,7 +65,7 @@ public:
     std::string In(std::string const& name) const { return (_folder / name).string(); }
 
 private:
-    TemporaryFolder _folder;
+    ScratchFolder _folder;
 };
 
 // The folder of a packager run on the project's example resources.
@@ -86,7 +87,7 @@ public:
     }
 
 private:
-    TemporaryFolder _folder;
+    ScratchFolder _folder;
     CommandResult _packager;
 };
 
@@ -326,7 +327,7 @@ TEST(CommandLineTest, CheckRefusesABadSectorAndTwoFolders)
 
 TEST(CommandLineTest, CheckReportsFailuresInItsExitStatus)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     WriteFile(folder / "bmp/icons/Play.bmp", Bmp4(32, 24, AscendingGreys(), Ramp(32, 24, 0)));
     WriteFile(folder / "bmp/icons/list.txt", "Play\n");
     auto const sound = Inspect({ "check", (folder / "bmp").string() });

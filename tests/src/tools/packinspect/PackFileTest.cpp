@@ -1,8 +1,9 @@
 #include "PackFile.h"
 
-#include "TemporaryFolder.h"
+#include "FileContents.h"
 #include "TestPacks.h"
 
+#include "Zar/Lt/Core/ScratchFolder.h"
 #include "Zar/Lt/Exceptions/PreCondition.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
@@ -10,14 +11,14 @@
 #include <gtest/gtest.h>
 
 using namespace PackInspectTest;
-using TestSupport::TemporaryFolder;
+using Zar::Lt::Core::ScratchFolder;
 using TestSupport::WriteFile;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
 using Zar::ResourcesLibrary::Tools::Inspect::PackFile;
 
 TEST(PackFileTest, LoadsAFileWhole)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     auto const bytes = BuildPack(WorkedExample());
     WriteFile(folder / "oled.pack", bytes);
     auto const pack = PackFile::Load((folder / "oled.pack").string());
@@ -31,7 +32,7 @@ TEST(PackFileTest, LoadsAFileWhole)
 
 TEST(PackFileTest, AMissingFileCannotBeOpened)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     std::string const path = (folder / "none.pack").string();
     EXPECT_THAT([&] { PackFile::Load(path); },
         testing::ThrowsMessage<ResourcesLibraryException>(testing::StrEq("Cannot open " + path)));
@@ -39,14 +40,14 @@ TEST(PackFileTest, AMissingFileCannotBeOpened)
 
 TEST(PackFileTest, AFolderCannotBeRead)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     std::string const path = folder.Path().string();
     EXPECT_THROW(PackFile::Load(path), ResourcesLibraryException);
 }
 
 TEST(PackFileTest, ReadsNoMoreThanAPackCanHold)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     WriteFile(folder / "big.pack", Bytes(258 * 4096, 0xFF));
     auto const pack = PackFile::Load((folder / "big.pack").string());
     EXPECT_TRUE(pack.IsTooLarge());

@@ -1,8 +1,10 @@
 #include "TreeChecker.h"
 
+#include "FileContents.h"
 #include "RecordingLogger.h"
-#include "TemporaryFolder.h"
 #include "TestPacks.h"
+
+#include "Zar/Lt/Core/ScratchFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,7 +15,7 @@ using namespace PackInspectTest;
 using testing::AllOf;
 using testing::Contains;
 using testing::HasSubstr;
-using TestSupport::TemporaryFolder;
+using Zar::Lt::Core::ScratchFolder;
 using TestSupport::WriteFile;
 using zar::logging::test::RecordingLogger;
 using Zar::ResourcesLibrary::Tools::Inspect::TreeChecker;
@@ -53,7 +55,7 @@ public:
     }
 
 private:
-    TemporaryFolder _folder;
+    ScratchFolder _folder;
 };
 
 struct Outcome {

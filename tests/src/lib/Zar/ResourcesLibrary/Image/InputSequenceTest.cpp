@@ -1,8 +1,8 @@
 #include "Zar/ResourcesLibrary/Image/InputSequence.h"
 
 #include "BmpWriter.h"
-#include "TemporaryFolder.h"
 
+#include "Zar/Lt/Core/ScratchFolder.h"
 #include "Zar/ResourcesLibrary/Image/codec/BmpInput.h"
 #include "Zar/ResourcesLibrary/Image/codec/DetectInput.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
@@ -16,7 +16,7 @@
 #include <vector>
 
 using TestSupport::BmpWriter;
-using TestSupport::TemporaryFolder;
+using Zar::Lt::Core::ScratchFolder;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
 using Zar::ResourcesLibrary::Image::DetectInput;
 using Zar::ResourcesLibrary::Image::FileFormat;
@@ -32,7 +32,7 @@ namespace {
 char const* const SourceFile = "src/lib/Zar/ResourcesLibrary/Image/InputSequence";
 
 // A one-line 8-pixel BMP whose pixels are the bits of the given byte.
-std::string WriteBmp(TemporaryFolder const& folder, std::string const& name, uint8_t pixels)
+std::string WriteBmp(ScratchFolder const& folder, std::string const& name, uint8_t pixels)
 {
     return folder.Write(name, BmpWriter::Mono(8, { { pixels } }, BmpWriter::BlackFirst).Bytes());
 }
@@ -59,7 +59,7 @@ struct Recorder
 
 TEST(InputSequenceTest, BlankLinesOfAListAreSkipped)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     for (std::string middle : { "", "  \t \t" }) {
         std::string const list = folder.Write("list.txt", "first.bmp\n" + middle + "\nlast.bmp\n");
         InputSequence sequence(FileFormat::None, folder.Prefix(), "%04", true);
@@ -70,7 +70,7 @@ TEST(InputSequenceTest, BlankLinesOfAListAreSkipped)
 
 TEST(InputSequenceTest, WhiteSpaceAroundANameIsStrippedAndInsideKept)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     std::string const list = folder.Write("list.txt", "  icon.bmp\r\n\tmy icon.bmp \t\r\n");
     InputSequence sequence(FileFormat::None, folder.Prefix(), "%04", true);
     sequence.AddList(list);
@@ -79,7 +79,7 @@ TEST(InputSequenceTest, WhiteSpaceAroundANameIsStrippedAndInsideKept)
 
 TEST(InputSequenceTest, TheLastLineNeedsNoLineFeed)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     std::string const list = folder.Write("list.txt", "a\nb");
     InputSequence sequence(FileFormat::None, folder.Prefix(), "%04", true);
     sequence.AddList(list);
@@ -88,7 +88,7 @@ TEST(InputSequenceTest, TheLastLineNeedsNoLineFeed)
 
 TEST(InputSequenceTest, AListAddsToTheItemsAlreadyThereAndKeepsDuplicates)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     std::string const list = folder.Write("list.txt", "a\na\n");
     InputSequence sequence(FileFormat::None, folder.Prefix(), "%04", true);
     sequence.AddItem("first");
@@ -99,7 +99,7 @@ TEST(InputSequenceTest, AListAddsToTheItemsAlreadyThereAndKeepsDuplicates)
 
 TEST(InputSequenceTest, ALineLongerThanTheLimitIsCutAndTheNextLineIsReadWhole)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     std::string const longLine(300, 'a');
     std::string const exact(255, 'e');
     std::string const list = folder.Write("list.txt", longLine + "\nnext.bmp\n" + exact + "\n" + std::string(100000, 'z'));
@@ -110,7 +110,7 @@ TEST(InputSequenceTest, ALineLongerThanTheLimitIsCutAndTheNextLineIsReadWhole)
 
 TEST(InputSequenceTest, AlongLineIsCutBeforeItsWhiteSpaceIsStripped)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     std::string const list = folder.Write("list.txt", std::string(250, ' ') + "abcdefghij\nb\n");
     InputSequence sequence(FileFormat::None, folder.Prefix(), "%04", true);
     sequence.AddList(list);
@@ -119,7 +119,7 @@ TEST(InputSequenceTest, AlongLineIsCutBeforeItsWhiteSpaceIsStripped)
 
 TEST(InputSequenceTest, ANulByteEndsTheName)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     std::string const list = folder.Write("list.txt", std::string("ab\0cd\n\0xy\nnext\n", 15));
     InputSequence sequence(FileFormat::None, folder.Prefix(), "%04", true);
     sequence.AddList(list);
@@ -128,7 +128,7 @@ TEST(InputSequenceTest, ANulByteEndsTheName)
 
 TEST(InputSequenceTest, AMissingListFailsOnlyWhenRequired)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     std::string const path = folder.PathOf("list.txt");
     InputSequence required(FileFormat::None, folder.Prefix(), "%04", true);
     try {
@@ -196,7 +196,7 @@ TEST(InputSequenceTest, ALoaderMakesTheInputUsable)
 
 TEST(InputSequenceTest, LoadAllNumbersTheItemsFromStartPlusOne)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     WriteBmp(folder, "a.bmp", 0x0F);
     WriteBmp(folder, "b.bmp", 0xF0);
     folder.Write("dir/c.txt", "X X \n XX \n");
@@ -212,7 +212,7 @@ TEST(InputSequenceTest, LoadAllNumbersTheItemsFromStartPlusOne)
 
 TEST(InputSequenceTest, AFailedItemUsesUpItsNumberAndIsReportedAtTheEnd)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     WriteBmp(folder, "a.bmp", 0x0F);
     folder.Write("b.bmp", "BA and more than fourteen bytes");
     folder.Write("dir/c.txt", "X X \n XX \n");
@@ -235,7 +235,7 @@ TEST(InputSequenceTest, AFailedItemUsesUpItsNumberAndIsReportedAtTheEnd)
 
 TEST(InputSequenceTest, EveryFailedItemGetsALineWithTheLoadersExtension)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     WriteBmp(folder, "good.bmp", 0);
     InputSequence sequence(FileFormat::Bmp, folder.Prefix(), "%04u.bmp", true);
     for (char const* item : { "missing", "good", "other" })
@@ -250,7 +250,7 @@ TEST(InputSequenceTest, EveryFailedItemGetsALineWithTheLoadersExtension)
 
 TEST(InputSequenceTest, ACallbackAnsweringFalseDoesNotStopTheWalk)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     WriteBmp(folder, "a.bmp", 0);
     WriteBmp(folder, "b.bmp", 0);
     InputSequence sequence(FileFormat::None, folder.Prefix(), "%04", true);
@@ -263,7 +263,7 @@ TEST(InputSequenceTest, ACallbackAnsweringFalseDoesNotStopTheWalk)
 
 TEST(InputSequenceTest, AThrowingCallbackIsReportedLikeAFailedLoad)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     WriteBmp(folder, "a.bmp", 0);
     WriteBmp(folder, "b.bmp", 0);
     InputSequence sequence(FileFormat::None, folder.Prefix(), "%04", true);
@@ -283,7 +283,7 @@ TEST(InputSequenceTest, AThrowingCallbackIsReportedLikeAFailedLoad)
 
 TEST(InputSequenceTest, FailuresLeaveNoTraceWhenNotRequired)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     WriteBmp(folder, "a.bmp", 0);
     folder.Write("b.bmp", "broken");
     InputSequence sequence(FileFormat::None, folder.Prefix(), "%04", false);
@@ -296,7 +296,7 @@ TEST(InputSequenceTest, FailuresLeaveNoTraceWhenNotRequired)
 
 TEST(InputSequenceTest, AnEmptyImageIsSkippedWithoutError)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     folder.Write("frame.raw", "");
     folder.Write("empty.bmp", BmpWriter::Mono(0, { {} }, BmpWriter::BlackFirst).Bytes());
     WriteBmp(folder, "a.bmp", 0);
@@ -310,7 +310,7 @@ TEST(InputSequenceTest, AnEmptyImageIsSkippedWithoutError)
 
 TEST(InputSequenceTest, LoadAllCanRunAgainOnTheSameList)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     WriteBmp(folder, "a.bmp", 0);
     InputSequence sequence(FileFormat::None, folder.Prefix(), "%04", true);
     sequence.AddItem("a");
@@ -331,7 +331,7 @@ TEST(InputSequenceTest, AnEmptyListCallsNothing)
 
 TEST(InputSequenceTest, TheListFromAFileLoadsInOrder)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     WriteBmp(folder, "one.bmp", 0);
     WriteBmp(folder, "two.bmp", 0xFF);
     std::string const list = folder.Write("list.txt", "two.bmp\r\n\r\n  one\r\n");
@@ -423,7 +423,7 @@ TEST(InputSequenceTest, GetFilePathNeverRunsPastItsBuffer)
 
 TEST(InputSequenceTest, ReadByIndexFormatsThePatternWithoutTheFolder)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     WriteBmp(folder, "0003.bmp", 0x0F);
     InputSequence sequence(FileFormat::Bmp, "elsewhere/", folder.Prefix() + "%04u.bmp", true);
     EXPECT_THAT(sequence.Read(3).Buffer(), ElementsAre(0x00, 0x00, 0xFF, 0xFF));
@@ -434,7 +434,7 @@ TEST(InputSequenceTest, ReadByIndexFormatsThePatternWithoutTheFolder)
 
 TEST(InputSequenceTest, ReadByIndexAndNameLoadsTheComposedPath)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     WriteBmp(folder, "logo.bmp", 0xF0);
     InputSequence sequence(FileFormat::Bmp, folder.Prefix(), "%04u", true);
     EXPECT_THAT(sequence.Read(3, "logo").Buffer(), ElementsAre(0xFF, 0xFF, 0x00, 0x00));

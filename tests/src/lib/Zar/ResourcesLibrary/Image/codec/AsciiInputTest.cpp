@@ -1,8 +1,8 @@
 #include "Zar/ResourcesLibrary/Image/codec/AsciiInput.h"
 
 #include "ImageFixtures.h"
-#include "TemporaryFolder.h"
 
+#include "Zar/Lt/Core/ScratchFolder.h"
 #include "Zar/Lt/Exceptions/NotSupported.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
@@ -16,7 +16,7 @@ using testing::StrEq;
 using testing::ThrowsMessage;
 using TestSupport::ExpectEmptyInfo;
 using TestSupport::RowOf;
-using TestSupport::TemporaryFolder;
+using Zar::Lt::Core::ScratchFolder;
 using Zar::Lt::Exceptions::NotSupported;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
 using Zar::ResourcesLibrary::Image::FileFormat;
@@ -305,7 +305,7 @@ TEST(AsciiInputTest, HeaderSizeIs16384) { EXPECT_EQ(16384u, MakeLoader().GetHead
 
 TEST(AsciiInputTest, LoadReadsTheFile)
 {
-    TemporaryFolder const folder;
+    ScratchFolder const folder;
     std::string const path = folder.Write("two.txt", kTwoRows);
     AsciiInput loader = MakeLoader();
 
@@ -319,7 +319,7 @@ TEST(AsciiInputTest, LoadReadsTheFile)
 
 TEST(AsciiInputTest, LoadOfAStringPathReadsTheFile)
 {
-    TemporaryFolder const folder;
+    ScratchFolder const folder;
     std::string const path = folder.Write("two.txt", kTwoRows);
     AsciiInput loader = MakeLoader();
 
@@ -328,7 +328,7 @@ TEST(AsciiInputTest, LoadOfAStringPathReadsTheFile)
 
 TEST(AsciiInputTest, LoadOfAnEmptyFileFails)
 {
-    TemporaryFolder const folder;
+    ScratchFolder const folder;
     std::string const path = folder.Write("empty.txt", "");
     AsciiInput loader = MakeLoader();
 
@@ -338,7 +338,7 @@ TEST(AsciiInputTest, LoadOfAnEmptyFileFails)
 
 TEST(AsciiInputTest, LoadOfAMissingFileFails)
 {
-    TemporaryFolder const folder;
+    ScratchFolder const folder;
     std::string const path = folder.PathOf("missing.txt");
     AsciiInput loader = MakeLoader();
 
@@ -348,7 +348,7 @@ TEST(AsciiInputTest, LoadOfAMissingFileFails)
 
 TEST(AsciiInputTest, LoadOfAFolderFails)
 {
-    TemporaryFolder const folder;
+    ScratchFolder const folder;
     std::string const path = folder.PathOf("");
     AsciiInput loader = MakeLoader();
 
@@ -379,7 +379,7 @@ TEST(AsciiInputTest, LoadFailureNamesTheLoader)
 
 TEST(AsciiInputTest, LoadOfAFileWithoutLineFeedGivesTheEmptyImage)
 {
-    TemporaryFolder const folder;
+    ScratchFolder const folder;
     std::string const path = folder.Write("flat.txt", "XXXX");
     AsciiInput loader = MakeLoader();
 
@@ -388,7 +388,7 @@ TEST(AsciiInputTest, LoadOfAFileWithoutLineFeedGivesTheEmptyImage)
 
 TEST(AsciiInputTest, LoadHeaderIsNotSupported)
 {
-    TemporaryFolder const folder;
+    ScratchFolder const folder;
     std::string const path = folder.Write("two.txt", kTwoRows);
     AsciiInput loader = MakeLoader();
 

@@ -1,8 +1,8 @@
 #include "Zar/ResourcesLibrary/Image/codec/BmpInput.h"
 
 #include "BmpWriter.h"
-#include "TemporaryFolder.h"
 
+#include "Zar/Lt/Core/ScratchFolder.h"
 #include "Zar/Lt/Exceptions/PreCondition.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
@@ -18,7 +18,7 @@
 #include <vector>
 
 using TestSupport::BmpWriter;
-using TestSupport::TemporaryFolder;
+using Zar::Lt::Core::ScratchFolder;
 using Zar::Lt::Exceptions::BaseException;
 using Zar::Lt::Exceptions::PreCondition;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
@@ -44,7 +44,7 @@ BmpInput MakeLoader()
 
 MutableImage LoadBytes(Bytes const& bytes)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     std::string const path = folder.Write("image.bmp", bytes);
     return MakeLoader().Load(path);
 }
@@ -525,7 +525,7 @@ TEST(BmpInputTest, LoadWithoutPathIsALibraryFailure)
 
 TEST(BmpInputTest, LoadOfAMissingFileCannotOpen)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     std::string const path = folder.PathOf("missing.bmp");
     BmpInput input = MakeLoader();
     try {
@@ -565,7 +565,7 @@ TEST(BmpInputTest, ReadHeaderDescribesTheFileAsItIs)
 
 TEST(BmpInputTest, LoadHeaderReadsTheHeaderOfAFile)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     std::string const path = folder.Write("a.bmp", BmpWriter::Gray4(9, { { 0 }, { 0 } }, BmpWriter::BlackFirst).Bytes());
     ImageInfo const info = MakeLoader().LoadHeader(path.c_str());
     EXPECT_EQ(9, info.Width());

@@ -1,8 +1,8 @@
 #include "Zar/ResourcesLibrary/Image/codec/DetectInput.h"
 
 #include "BmpWriter.h"
-#include "TemporaryFolder.h"
 
+#include "Zar/Lt/Core/ScratchFolder.h"
 #include "Zar/Lt/Exceptions/NotSupported.h"
 #include "Zar/ResourcesLibrary/Image/codec/AsciiInput.h"
 #include "Zar/ResourcesLibrary/Image/codec/BmpInput.h"
@@ -17,7 +17,7 @@
 #include <string>
 
 using TestSupport::BmpWriter;
-using TestSupport::TemporaryFolder;
+using Zar::Lt::Core::ScratchFolder;
 using Zar::Lt::Exceptions::NotSupported;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
 using Zar::ResourcesLibrary::Image::DetectInput;
@@ -32,7 +32,7 @@ using testing::ThrowsMessage;
 namespace {
 
 // A one-line 8-pixel BMP whose pixels are the bits of the given byte.
-std::string WriteBmp(TemporaryFolder const& folder, std::string const& name, uint8_t pixels)
+std::string WriteBmp(ScratchFolder const& folder, std::string const& name, uint8_t pixels)
 {
     return folder.Write(name, BmpWriter::Mono(8, { { pixels } }, BmpWriter::BlackFirst).Bytes());
 }
@@ -62,7 +62,7 @@ TEST(DetectInputTest, StartsWithoutLoaders)
 
 TEST(DetectInputTest, MakesOneBmpLoaderAndReusesIt)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     auto detect = MakeLoader();
     MutableImage const first = detect->Load(WriteBmp(folder, "logo.bmp", 0x0F));
     MutableImage const second = detect->Load(WriteBmp(folder, "logo2.bmp", 0xF0));
@@ -76,7 +76,7 @@ TEST(DetectInputTest, MakesOneBmpLoaderAndReusesIt)
 
 TEST(DetectInputTest, APathWithoutExtensionLoadsTheBmpFile)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     WriteBmp(folder, "logo.bmp", 0x0F);
     auto detect = MakeLoader();
     EXPECT_THAT(detect->Load(folder.PathOf("logo")).Buffer(), ElementsAre(0x00, 0x00, 0xFF, 0xFF));
@@ -84,7 +84,7 @@ TEST(DetectInputTest, APathWithoutExtensionLoadsTheBmpFile)
 
 TEST(DetectInputTest, ADotInAFolderNameIsNoExtension)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     WriteBmp(folder, "dir.old/logo.bmp", 0xF0);
     auto detect = MakeLoader();
     EXPECT_THAT(detect->Load(folder.PathOf("dir.old/logo")).Buffer(), ElementsAre(0xFF, 0xFF, 0x00, 0x00));
@@ -92,7 +92,7 @@ TEST(DetectInputTest, ADotInAFolderNameIsNoExtension)
 
 TEST(DetectInputTest, ATrailingDotGetsTheBmpExtensionBehindIt)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     WriteBmp(folder, "logo..bmp", 0x0F);
     auto detect = MakeLoader();
     EXPECT_THAT(detect->Load(folder.PathOf("logo.")).Buffer(), ElementsAre(0x00, 0x00, 0xFF, 0xFF));
@@ -100,7 +100,7 @@ TEST(DetectInputTest, ATrailingDotGetsTheBmpExtensionBehindIt)
 
 TEST(DetectInputTest, AnUnknownExtensionIsReadAsBmpUnderItsOwnName)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     std::string const path = WriteBmp(folder, "logo.xyz", 0x0F);
     auto detect = MakeLoader();
     EXPECT_THAT(detect->Load(path).Buffer(), ElementsAre(0x00, 0x00, 0xFF, 0xFF));
@@ -118,7 +118,7 @@ TEST(DetectInputTest, NoPathLooksForTheBmpExtensionAlone)
 
 TEST(DetectInputTest, ATextFileMakesATextLoader)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     std::string const path = folder.Write("a.txt", "X X \n XX \n");
     auto detect = MakeLoader();
     MutableImage const image = detect->Load(path);
@@ -130,7 +130,7 @@ TEST(DetectInputTest, ATextFileMakesATextLoader)
 
 TEST(DetectInputTest, APngFileMakesAQtLoader)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     auto detect = MakeLoader();
     MutableImage const image = detect->Load(folder.PathOf("a.png"));
     EXPECT_TRUE(image.IsEmpty());
@@ -149,7 +149,7 @@ TEST(DetectInputTest, AFormatWithoutLoaderIsNotSupported)
 
 TEST(DetectInputTest, ARawFileGivesAnEmptyImageAndLeavesOneMoreRawLoaderEachTime)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     auto detect = MakeLoader();
     for (size_t call = 1; call <= 3; ++call) {
         MutableImage const image = detect->Load(folder.PathOf("a.raw"));
@@ -165,7 +165,7 @@ TEST(DetectInputTest, ARawFileGivesAnEmptyImageAndLeavesOneMoreRawLoaderEachTime
 
 TEST(DetectInputTest, FailuresOfTheChosenLoaderPassThrough)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     std::string const path = folder.Write("bad.bmp", "BAD");
     auto detect = MakeLoader();
     EXPECT_THAT([&] { detect->Load(path); }, ThrowsMessage<ResourcesLibraryException>(StrEq("source too small 3")));
@@ -173,7 +173,7 @@ TEST(DetectInputTest, FailuresOfTheChosenLoaderPassThrough)
 
 TEST(DetectInputTest, LoadersMadeOnFirstUseGetTheFolderAndTheDefaultName)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     auto detect = MakeLoader("bmp/icons");
     detect->Load(WriteBmp(folder, "logo.bmp", 0));
     ASSERT_EQ(1u, detect->Inputs().size());
@@ -208,7 +208,7 @@ TEST(DetectInputTest, AppendAddsALoaderEveryTime)
 
 TEST(DetectInputTest, AnAppendedLoaderServesLaterLoads)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     auto detect = MakeLoader();
     detect->Append(FileFormat::Bmp, "", ImageFormat::Unknown);
     detect->Load(WriteBmp(folder, "logo.bmp", 0));
@@ -217,7 +217,7 @@ TEST(DetectInputTest, AnAppendedLoaderServesLaterLoads)
 
 TEST(DetectInputTest, ReadByIndexAndNameGoesThroughTheFolderPattern)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     WriteBmp(folder, "icons/logo.bmp", 0x0F);
     auto detect = MakeLoader(folder.PathOf("icons"));
     EXPECT_THAT(detect->Read(5, "logo").Buffer(), ElementsAre(0x00, 0x00, 0xFF, 0xFF));

@@ -2,8 +2,8 @@
 
 #include "BmpWriter.h"
 #include "ImageFixtures.h"
-#include "TemporaryFolder.h"
 
+#include "Zar/Lt/Core/ScratchFolder.h"
 #include "Zar/Lt/Exceptions/NotSupported.h"
 #include "Zar/Lt/Exceptions/PreCondition.h"
 #include "Zar/ResourcesLibrary/Image/codec/AsciiInput.h"
@@ -27,7 +27,7 @@ using testing::StrEq;
 using testing::ThrowsMessage;
 using TestSupport::BmpWriter;
 using TestSupport::ExpectEmptyInfo;
-using TestSupport::TemporaryFolder;
+using Zar::Lt::Core::ScratchFolder;
 using Zar::Lt::Exceptions::NotSupported;
 using Zar::Lt::Exceptions::PreCondition;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
@@ -274,7 +274,7 @@ TEST(InputTest, BaseOperationsThatAreNotOfferedSaySo)
 
 TEST(InputTest, LoadHeaderOfAMissingFileIsTheEmptyInfo)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     Input input(FileFormat::None, ImageFormat::Unknown, "", "");
     ExpectEmptyInfo(input.LoadHeader(folder.PathOf("missing.bmp").c_str()));
     ExpectEmptyInfo(input.LoadHeader(""));
@@ -285,7 +285,7 @@ TEST(InputTest, LoadHeaderOfAMissingFileIsTheEmptyInfo)
 
 TEST(InputTest, LoadHeaderOfAnExistingFileOnALoaderWithoutStreamReadingIsNotSupported)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     std::string const path = folder.Write("a.raw", "0123456789");
     Input input(FileFormat::None, ImageFormat::Unknown, "", "");
     EXPECT_THAT([&] { input.LoadHeader(path.c_str()); }, ThrowsMessage<NotSupported>(StrEq("Input::Read not supported")));
@@ -307,7 +307,7 @@ TEST(InputTest, ReadHeaderHandsOverOnlyTheBytesReallyRead)
 
 TEST(InputTest, BaseLoadReadsTheBodyBehindTheHeader)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     std::string const path = folder.Write("image.test", TestFile(4, 2, "abcdefghXYZ"));
     TestInput input;
     input.Load(path);
@@ -316,7 +316,7 @@ TEST(InputTest, BaseLoadReadsTheBodyBehindTheHeader)
 
 TEST(InputTest, BaseLoadWithAZeroStrideReadsBytesPerLineTimesHeight)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     std::string const path = folder.Write("image.test", TestFile(3, 2, "abcdefghXYZ"));
     TestInput input;
     input.strideOverride = 0;
@@ -326,7 +326,7 @@ TEST(InputTest, BaseLoadWithAZeroStrideReadsBytesPerLineTimesHeight)
 
 TEST(InputTest, BaseLoadHandsOverAShortBodyWithItsRealLength)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     std::string const path = folder.Write("image.test", TestFile(4, 2, "abc"));
     TestInput input;
     input.Load(path);
@@ -335,7 +335,7 @@ TEST(InputTest, BaseLoadHandsOverAShortBodyWithItsRealLength)
 
 TEST(InputTest, BaseLoadOfAHugeDeclaredBodyReadsOnlyWhatTheFileHolds)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     std::string const path = folder.Write("image.test", TestFile(0x7FFFFFFF, 0x7FFFFFFF, "abc"));
     TestInput input;
     input.strideOverride = 0xFFFFFFFFu;
@@ -353,7 +353,7 @@ TEST(InputTest, BaseLoadWithoutPathIsAPreCondition)
 
 TEST(InputTest, BaseLoadOfAMissingFileCannotOpen)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     std::string const path = folder.PathOf("missing.test");
     TestInput input;
     EXPECT_THAT([&] { input.Load(path); },
@@ -362,7 +362,7 @@ TEST(InputTest, BaseLoadOfAMissingFileCannotOpen)
 
 TEST(InputTest, BaseLoadOfAHeaderWithoutPositiveSizeCannotReadHeader)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     TestInput input;
     for (auto [width, height] : { std::pair { 0, 2 }, std::pair { 2, 0 }, std::pair { -1, 2 }, std::pair { 2, -3 } }) {
         std::string const path = folder.Write("image.test", TestFile(width, height, "abcdefgh"));
@@ -560,7 +560,7 @@ TEST(InputTest, ReadByIndexAndNameLoadsTheComposedPath)
 
 TEST(InputTest, ReadOfThreeLoadsFileThree)
 {
-    TemporaryFolder folder;
+    ScratchFolder folder;
     folder.Write("0003.bmp", BmpWriter::Mono(8, { { 0x0F } }, BmpWriter::BlackFirst).Bytes());
     auto input = Input::Create(FileFormat::Bmp, ImageFormat::Unknown, folder.PathOf(""), "");
     for (MutableImage const& image : { input->Read(3), input->Read(3, "") }) {

@@ -9,10 +9,10 @@
 // counts only memory that was touched, which is what a machine runs out of; the sanitizer build's
 // shadow memory for the touched bytes adds an eighth and stays well inside the bound.
 
+#include "Zar/Lt/Core/ScratchFolder.h"
 #include "Zar/ResourcesLibrary/Image/codec/Input.h"
 
 #include "BmpWriter.h"
-#include "TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -32,7 +32,7 @@
 #include <vector>
 
 using TestSupport::BmpWriter;
-using TestSupport::TemporaryFolder;
+using Zar::Lt::Core::ScratchFolder;
 using Zar::ResourcesLibrary::Image::FileFormat;
 using Zar::ResourcesLibrary::Image::ImageFormat;
 using Zar::ResourcesLibrary::Image::Input;
@@ -155,7 +155,7 @@ protected:
         return LoadWithinBound(FileFormat::Bmp, _folder.Write(name, bmp.Bytes()));
     }
 
-    TemporaryFolder _folder;
+    ScratchFolder _folder;
 };
 
 // A header that declares an image but whose file ends right after the palette.

@@ -1,7 +1,6 @@
 #include "Zar/ResourcesLibrary/Image/codec/QtInput.h"
 
-#include "TemporaryFolder.h"
-
+#include "Zar/Lt/Core/ScratchFolder.h"
 #include "Zar/Lt/Exceptions/NotSupported.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
@@ -19,7 +18,7 @@
 #include <string>
 #include <vector>
 
-using TestSupport::TemporaryFolder;
+using Zar::Lt::Core::ScratchFolder;
 using testing::StrEq;
 using testing::ThrowsMessage;
 using Zar::Lt::Exceptions::NotSupported;
@@ -66,7 +65,7 @@ protected:
 
     static QtInput Loader(ImageFormat wanted) { return QtInput(FileFormat::Png, wanted, "%04u.png", ""); }
 
-    TemporaryFolder _folder;
+    ScratchFolder _folder;
 };
 
 } // namespace

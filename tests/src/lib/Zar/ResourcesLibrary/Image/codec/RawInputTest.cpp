@@ -1,7 +1,6 @@
 #include "Zar/ResourcesLibrary/Image/codec/RawInput.h"
 
-#include "TemporaryFolder.h"
-
+#include "Zar/Lt/Core/ScratchFolder.h"
 #include "Zar/Lt/Exceptions/NotSupported.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
@@ -13,7 +12,7 @@
 #include <string>
 #include <vector>
 
-using TestSupport::TemporaryFolder;
+using Zar::Lt::Core::ScratchFolder;
 using testing::StrEq;
 using testing::ThrowsMessage;
 using Zar::Lt::Exceptions::NotSupported;
@@ -38,7 +37,7 @@ std::vector<uint8_t> Pattern(size_t size)
 class RawInputTest : public testing::Test
 {
 protected:
-    TemporaryFolder _folder;
+    ScratchFolder _folder;
     RawInput _loader { FileFormat::None, ImageFormat::Unknown, "%04u.raw", "" };
 };
 

@@ -1,6 +1,6 @@
 #include "Zar/ResourcesLibrary/Image/codec/Raw.h"
 
-#include "TemporaryFolder.h"
+#include "Zar/Lt/Core/ScratchFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -9,14 +9,14 @@
 #include <limits>
 #include <string>
 
-using TestSupport::TemporaryFolder;
+using Zar::Lt::Core::ScratchFolder;
 
 namespace {
 
 class RawTest : public testing::Test
 {
 protected:
-    TemporaryFolder _folder;
+    ScratchFolder _folder;
 };
 
 constexpr size_t kNoLimit = std::numeric_limits<size_t>::max();
