@@ -1,5 +1,7 @@
 #include "ImageGeometry.h"
 
+#include "Zar/ResourcesLibrary/Image/ImageInfo.h"
+
 #include <charconv>
 
 namespace Zar::ResourcesLibrary::Tools::Inspect {
@@ -38,7 +40,9 @@ ImageGeometry::ImageGeometry(uint32_t width, uint32_t height)
 
 std::size_t ImageGeometry::Stride() const
 {
-    return ((static_cast<std::size_t>(_width) * 4 + 7) / 8 + 3) & ~std::size_t { 3 };
+    // The row length the packager gives the images it packs.
+    return Zar::ResourcesLibrary::Image::ImageInfo::StrideOf(
+        static_cast<int32_t>(_width), Zar::ResourcesLibrary::Image::ImageFormat::Gray4);
 }
 
 std::size_t ImageGeometry::Size() const { return Stride() * _height; }
