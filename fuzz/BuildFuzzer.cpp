@@ -17,9 +17,10 @@
 //     and a screen that fails after closing the icon sector (because the icons' generated files
 //     cannot be written for a name that is not UTF-8) leaves that sector short of ten icons.
 
+#include "BmpWriter.h"
 #include "FuzzCheck.h"
-#include "ScratchFolder.h"
 
+#include "Zar/Lt/Core/ScratchFolder.h"
 #include "Zar/Lt/Core/Version32.h"
 #include "Zar/ResourcesLibrary/Image/FileFormat.h"
 #include "Zar/ResourcesLibrary/Image/InputSequence.h"
@@ -87,43 +88,16 @@ uint16_t Le16(Bytes const& bytes, size_t offset)
     return static_cast<uint16_t>(bytes[offset] | bytes[offset + 1] << 8);
 }
 
-void Put16(Bytes& bytes, uint16_t value)
-{
-    bytes.push_back(static_cast<uint8_t>(value));
-    bytes.push_back(static_cast<uint8_t>(value >> 8));
-}
-
-void Put32(Bytes& bytes, uint32_t value)
-{
-    Put16(bytes, static_cast<uint16_t>(value));
-    Put16(bytes, static_cast<uint16_t>(value >> 16));
-}
-
 // An uncompressed BMP of 1 or 4 bits per pixel, pixels taken round-robin from the fuzzer's seed.
 Bytes MakeBmp(int32_t width, int32_t height, uint16_t bits, bool whiteFirst, Bytes const& seed)
 {
-    uint32_t const stride = ((static_cast<uint32_t>(width) * bits + 31) / 32) * 4;
-    uint32_t const dataSize = stride * static_cast<uint32_t>(height < 0 ? -height : height);
-    uint32_t const colours = 1u << bits;
-    uint32_t const offset = 14 + 40 + 4 * colours;
-    Bytes file;
-    Put16(file, 0x4D42);
-    Put32(file, offset + dataSize);
-    Put32(file, 0);
-    Put32(file, offset);
-    for (uint32_t value : { 40u, static_cast<uint32_t>(width), static_cast<uint32_t>(height) })
-        Put32(file, value);
-    Put16(file, 1);
-    Put16(file, bits);
-    for (uint32_t value : { 0u, dataSize, 2835u, 2835u, colours, 0u })
-        Put32(file, value);
-    for (uint32_t i = 0; i < colours; ++i) {
-        auto const level = static_cast<uint8_t>((whiteFirst ? colours - 1 - i : i) * 255 / (colours - 1));
-        file.insert(file.end(), { level, level, level, 0 });
-    }
-    for (uint32_t i = 0; i < dataSize; ++i)
-        file.push_back(seed.empty() ? uint8_t { 0 } : seed[i % seed.size()]);
-    return file;
+    using TestSupport::BmpWriter;
+    auto const order = whiteFirst ? BmpWriter::WhiteFirst : BmpWriter::BlackFirst;
+    BmpWriter bmp = bits == 1 ? BmpWriter::Mono(width, {}, order) : BmpWriter::Gray4(width, {}, order);
+    size_t next = 0;
+    bmp.FillRows(
+        height, [&seed, &next] { return seed.empty() ? uint8_t { 0 } : seed[next++ % seed.size()]; });
+    return bmp.Bytes();
 }
 
 enum class Content { Icon, Screen, AnySize, DamagedIcon, RawBytes, TextImage, Missing, Count };
@@ -384,7 +358,7 @@ public:
 extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size)
 {
     static Silence const silence;
-    static ZarFuzz::ScratchFolder const scratch;
+    static Zar::Lt::Core::ScratchFolder const scratch("zar-fuzz");
     fs::path const root = scratch.Path() / "bmp";
     fs::path const output = scratch.Path() / "out";
     fs::remove_all(root);

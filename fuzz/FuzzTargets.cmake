@@ -39,5 +39,5 @@ zar_add_fuzz_target(case_conversion CaseFuzzer.cpp DEPS Zar::LtCore)
 # The end-to-end target calls the tool's build driver; the tool's source is compiled in once more
 # with its main renamed, since libFuzzer or ReplayMain.cpp brings the program's main.
 get_filename_component(zar_packager_main "${ZAR_FUZZ_DIR}/../src/tools/packager/packager.cpp" ABSOLUTE)
-zar_add_fuzz_target(build BuildFuzzer.cpp DEPS Zar::Packager SOURCES ${zar_packager_main})
+zar_add_fuzz_target(build BuildFuzzer.cpp DEPS Zar::Packager Zar::TestSupport SOURCES ${zar_packager_main})
 set_source_files_properties(${zar_packager_main} PROPERTIES COMPILE_DEFINITIONS "main=PackagerMain")

@@ -7,6 +7,8 @@
 //   BmpWriter bmp = BmpWriter::Mono(16, { { 0xFF, 0x00 }, { 0x00, 0xFF } }, BmpWriter::WhiteFirst);
 //   bmp.sizeImage = 0;                       // lie about the pixel data size
 //   std::vector<uint8_t> bytes = bmp.Bytes();
+//
+// The benchmarks and the fuzz targets build their files with it too (Zar::TestSupport).
 
 #include <cstdint>
 #include <optional>
@@ -97,12 +99,30 @@ public:
         rows = std::move(topDownRows);
     }
 
+    // Computed here rather than taken from ImageInfo::StrideOf on purpose: the files must not share
+    // the rule of the loaders they test, and a test may declare any bit count.
     uint32_t RowStride() const
     {
         if (stride)
             return *stride;
         uint64_t const bits = static_cast<uint64_t>(width < 0 ? 0 : width) * uint64_t { planes } * bitCount;
         return static_cast<uint32_t>(((bits + 7) / 8 + 3) & ~uint64_t { 3 });
+    }
+
+    // Sets the height (negative: top-down) and as many rows of RowStride() bytes, filled in the
+    // order the file stores them (bottom row first when the height is positive) with one call of
+    // next() per byte, padding included: the benchmarks' and fuzz targets' files, whose whole pixel
+    // data is one pattern.
+    template <typename NextByte>
+    void FillRows(int32_t rowsHeight, NextByte next)
+    {
+        height = rowsHeight;
+        int64_t const signedCount = rowsHeight;
+        auto const count = static_cast<size_t>(signedCount < 0 ? -signedCount : signedCount);
+        rows.assign(count, std::vector<uint8_t>(RowStride()));
+        for (size_t i = 0; i < count; ++i)
+            for (uint8_t& byte : rows[rowsHeight > 0 ? count - 1 - i : i])
+                byte = next();
     }
 
     // The header block: info header, zero fill up to infoSize, palette, gap.
