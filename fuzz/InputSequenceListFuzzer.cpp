@@ -4,8 +4,8 @@
 // path building that loading them would use.
 
 #include "FuzzCheck.h"
-#include "ScratchFolder.h"
 
+#include "Zar/Lt/Core/ScratchFolder.h"
 #include "Zar/ResourcesLibrary/Image/FileFormat.h"
 #include "Zar/ResourcesLibrary/Image/InputSequence.h"
 
@@ -49,7 +49,7 @@ void CheckPaths(InputSequence const& sequence, std::string const& item, int inde
 
 extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size)
 {
-    static ZarFuzz::ScratchFolder const scratch;
+    static Zar::Lt::Core::ScratchFolder const scratch("zar-fuzz");
     std::string const listPath = (scratch.Path() / "list.txt").string();
     std::string_view const file(reinterpret_cast<char const*>(data), size);
     {

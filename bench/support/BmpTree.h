@@ -3,12 +3,11 @@
 #include "BmpBytes.h"
 #include "IconNames.h"
 
+#include "Zar/Lt/Core/ScratchFolder.h"
 #include "Zar/ResourcesLibrary/Pack/PackFormat.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -24,10 +23,6 @@ public:
 
     explicit BmpTree(int icons)
     {
-        std::string pattern = (std::filesystem::temp_directory_path() / "packager-bench-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) == nullptr)
-            throw std::runtime_error("cannot make a temporary folder");
-        _folder = pattern;
         std::filesystem::create_directories(_folder / "bmp" / "icons");
         std::filesystem::create_directories(_folder / "bmp" / "screens");
         std::filesystem::create_directories(_folder / "out");
@@ -41,12 +36,6 @@ public:
         for (auto const& name : screens)
             WriteFile(_folder / "bmp" / "screens" / (name + ".bmp"), MakeBmp(256, 64, 4));
         WriteList(_folder / "bmp" / "screens" / "list.txt", screens);
-    }
-
-    ~BmpTree()
-    {
-        std::error_code ignored;
-        std::filesystem::remove_all(_folder, ignored);
     }
 
     BmpTree(BmpTree const&) = delete;
@@ -91,7 +80,7 @@ private:
             file << name << ".bmp\n";
     }
 
-    std::filesystem::path _folder;
+    Zar::Lt::Core::ScratchFolder const _folder { "packager-bench" };
 };
 
 } // namespace Zar::Bench

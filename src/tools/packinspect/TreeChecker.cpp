@@ -6,6 +6,7 @@
 
 #include "PackExporter.h"
 
+#include "Zar/Lt/Core/ScratchFolder.h"
 #include "Zar/Lt/Core/Version32.h"
 #include "Zar/Lt/Exceptions/BaseException.h"
 #include "Zar/Lt/Exceptions/Check.h"
@@ -14,11 +15,8 @@
 #include "Zar/ResourcesLibrary/Image/FileFormatHelper.h"
 #include "Zar/ResourcesLibrary/Image/InputSequence.h"
 #include "Zar/ResourcesLibrary/Pack/PackFormat.h"
-#include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
 #include <map>
 #include <ostream>
 #include <sstream>
@@ -35,30 +33,6 @@ namespace {
 
 // The packager's defaults for what the command line would otherwise give.
 constexpr Zar::Lt::Core::Version32 DefaultVersion(0, 6, 0, 0);
-
-// A fresh folder under the system's temporary folder, removed with everything in it at the end.
-class ScratchFolder {
-public:
-    ScratchFolder()
-    {
-        std::string pattern = (std::filesystem::temp_directory_path() / "packinspect-XXXXXX").string();
-        if (!mkdtemp(pattern.data()))
-            throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Cannot create a scratch folder " + pattern);
-        _path = pattern;
-    }
-    ~ScratchFolder()
-    {
-        std::error_code ignored;
-        std::filesystem::remove_all(_path, ignored);
-    }
-    ScratchFolder(ScratchFolder const&) = delete;
-    ScratchFolder& operator=(ScratchFolder const&) = delete;
-
-    std::string const& Path() const { return _path; }
-
-private:
-    std::string _path;
-};
 
 // The file a list line names: relative to its folder, ".bmp" added when it has no extension.
 std::string FileOf(std::string const& folder, std::string const& item)
@@ -110,8 +84,9 @@ TreeChecker::TreeChecker(std::string root, int32_t firstSector, zar::logging::IL
 
 void TreeChecker::Run()
 {
-    ScratchFolder scratch;
-    RunIn(scratch.Path() + "/");
+    // The trial pack is built in a folder of its own, removed with it at the end.
+    Zar::Lt::Core::ScratchFolder const scratch("packinspect");
+    RunIn(scratch.Prefix());
 }
 
 void TreeChecker::RunIn(std::string const& scratchFolder)

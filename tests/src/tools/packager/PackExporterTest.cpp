@@ -1,11 +1,12 @@
 #include "PackExporter.h"
 
+#include "FileContents.h"
 #include "PackReader.h"
 #include "PackSummary.h"
 #include "ScopedWorkingDirectory.h"
-#include "TemporaryFolder.h"
 #include "TestImages.h"
 
+#include "Zar/Lt/Core/ScratchFolder.h"
 #include "Zar/Lt/Exceptions/PostCondition.h"
 #include "Zar/Lt/Exceptions/PreCondition.h"
 #include "Zar/ResourcesLibrary/Image/FileFormat.h"
@@ -29,6 +30,7 @@ namespace {
 
 using namespace PackagerTests;
 using namespace TestSupport;
+using Zar::Lt::Core::ScratchFolder;
 using testing::HasSubstr;
 using Zar::Lt::Core::Version32;
 using Zar::Lt::Exceptions::PostCondition;
@@ -104,7 +106,7 @@ protected:
         return CaptureStdout([&] { failure = Catch<Exception>([&] { exporter.Close(); }); });
     }
 
-    TemporaryFolder _folder;
+    ScratchFolder _folder;
 };
 
 // --- Construction and Open -------------------------------------------------------------------
