@@ -1,6 +1,7 @@
 // Feeds arbitrary bytes, as they would stand in memory after a text image was read, to the text
-// image loader's header reading and decoding. The design names no failure for either: any exception
-// is a finding, and neither may read past the bytes it is given.
+// image loader's header reading and decoding. Neither has a failure of its own: text they cannot
+// read gives the empty header and the empty image. So any exception is a finding, and neither may
+// read past the bytes it is given.
 
 #include "FuzzCheck.h"
 
@@ -16,6 +17,8 @@ using Zar::ResourcesLibrary::Image::ImageInfo;
 
 namespace {
 
+// The row length of a 4-bit image, written out here rather than taken from ImageInfo::StrideOf: the
+// loader's stride is what is checked, and a check sharing its rule would pass whatever the rule did.
 uint64_t Gray4Stride(int32_t width)
 {
     return ((uint64_t { 4 } * static_cast<uint64_t>(width) + 7) / 8 + 3) & ~uint64_t { 3 };

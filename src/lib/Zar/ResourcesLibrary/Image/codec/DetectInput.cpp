@@ -68,8 +68,10 @@ MutableImage DetectInput::Load(char const* filePath)
         _inputs.push_back(std::move(input));
     }
 
-    // The raw loader records the file format None, so it is never found here: a raw file gives
-    // the empty image, and every such call leaves one more raw loader behind. This is kept as is.
+    // The raw loader records the file format None, so it is never found here: a raw or yuv file
+    // gives the empty image, which the input sequence passes over without a failure, so a frame
+    // dump named in a pack's list is left out of the pack rather than failing the build. Each such
+    // call leaves one more raw loader behind; they hold no open file and are destroyed with this one.
     for (auto const& input : _inputs) {
         if (input->GetFileFormat() == format)
             return input->Load(path);

@@ -104,7 +104,7 @@ bool IsIntegerConversion(char type)
     return type != '\0' && std::strchr("diouxX", type) != nullptr;
 }
 
-// Formats the index through snprintf with a specification rebuilt from checked parts only, so the
+// Formats the index through snprintf with a conversion rebuilt from checked parts only, so the
 // format handed to the C library never holds anything that reads an argument that is not there.
 // Length modifiers are dropped: the index is an int, and it is passed as one. The format is built
 // by appending left to right, which also keeps clear of GCC 12's false -Wrestrict reports at -O3 on
