@@ -33,6 +33,7 @@ using Zar::ResourcesLibrary::Pack::PackFormat;
 // The places recorded in the exporter's own failures are fixed, so that logs stay comparable
 // between builds of the tool.
 constexpr char kSourceFile[] = "src/tools/packager/PackExporter";
+constexpr uint32_t kCrcTableLine = 64;
 constexpr uint32_t kCEnumerationLine = 111;
 constexpr uint32_t kPythonEnumerationLine = 122;
 constexpr uint32_t kCommandsLine = 134;
@@ -165,7 +166,7 @@ void PackExporter::WriteHeader()
     uint64_t const screenSectors = PackFormat::MappedScreenSectors(static_cast<uint32_t>(_screensCount));
     uint64_t const sectorCount = iconSectors + screenSectors;
     ZAR_CHECK(PostCondition, static_cast<size_t>(sectorCount) <= _crcTable.size(), "",
-        ZAR_SOURCE_INFO_OF(kWriteHeaderFunction, kSourceFile, 64));
+        ZAR_SOURCE_INFO_OF(kWriteHeaderFunction, kSourceFile, kCrcTableLine));
 
     for (uint64_t i = 0; i < iconSectors; ++i)
         PutCrcEntry(header, PackFormat::IconSector(static_cast<uint32_t>(_firstSector), i), _crcTable[i]);

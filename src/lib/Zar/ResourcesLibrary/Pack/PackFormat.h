@@ -53,11 +53,13 @@ public:
     // A name's length is one byte.
     static constexpr std::size_t kMaxNameLength = 255;
 
-    // An image below this many bytes is an icon and shares sectors with other icons; a larger one is a
-    // screen and starts on a fresh sector. Icons must fit a sector, so it is at most kSectorSize.
+    // An image below this many bytes is an icon and shares sectors with other icons; one of this size
+    // or larger is a screen and starts on a fresh sector. Icons must fit a sector, so it is at most
+    // kSectorSize.
     static constexpr std::size_t kScreenThreshold = 4096;
     // The header maps (icons + 9) / 10 icon sectors and two sectors per screen, whatever the images'
-    // sizes: the packs of the firmware hold 32 x 24 icons, ten to a sector, and 256 x 64 screens.
+    // sizes: the mapping is made for the usual images, 32 x 24 icons (ten to a sector with the
+    // look-ahead close) and 256 x 64 screens (two sectors each). The summary line counts the same way.
     static constexpr uint32_t kIconsPerMappedSector = 10;
     static constexpr uint32_t kSectorsPerMappedScreen = 2;
 
