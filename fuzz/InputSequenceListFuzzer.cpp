@@ -30,7 +30,7 @@ bool IsListSpace(char c)
 void CheckItem(std::string const& item, std::string_view file)
 {
     ZAR_FUZZ_CHECK(!item.empty());
-    ZAR_FUZZ_CHECK(item.size() <= InputSequence::MaxLineLength);
+    ZAR_FUZZ_CHECK(item.size() <= InputSequence::kMaxLineLength);
     ZAR_FUZZ_CHECK(item.find('\n') == std::string::npos);
     ZAR_FUZZ_CHECK(!IsListSpace(item.front()) && !IsListSpace(item.back()));
     ZAR_FUZZ_CHECK(file.find(item) != std::string_view::npos);
@@ -41,8 +41,8 @@ void CheckPaths(InputSequence const& sequence, std::string const& item, int inde
     std::string const bare = InputSequence::BareName(item);
     ZAR_FUZZ_CHECK(bare.size() <= item.size());
     ZAR_FUZZ_CHECK(bare.find('/') == std::string::npos);
-    ZAR_FUZZ_CHECK(sequence.GetFilePath(index, item).size() < Input::PathBufferSize);
-    ZAR_FUZZ_CHECK(sequence.GetInput()->GetFilePath(index, item).size() < Input::PathBufferSize);
+    ZAR_FUZZ_CHECK(sequence.GetFilePath(index, item).size() < Input::kPathBufferSize);
+    ZAR_FUZZ_CHECK(sequence.GetInput()->GetFilePath(index, item).size() < Input::kPathBufferSize);
 }
 
 } // namespace

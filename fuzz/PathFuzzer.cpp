@@ -25,13 +25,13 @@ using Zar::ResourcesLibrary::Image::InputSequence;
 
 namespace {
 
-constexpr unsigned LastFileFormat = 16;
+constexpr unsigned kLastFileFormat = 16;
 
 void CheckExtensionLookup(std::string const& path)
 {
     ZarFuzz::ExactCopy const exact(reinterpret_cast<uint8_t const*>(path.data()), path.size());
     FileFormat const format = FileFormatHelper::GetFromExtension(exact.View());
-    ZAR_FUZZ_CHECK(static_cast<unsigned>(format) <= LastFileFormat);
+    ZAR_FUZZ_CHECK(static_cast<unsigned>(format) <= kLastFileFormat);
     if (format != FileFormat::None) {
         // Only a path with a usable last extension has a format.
         ZAR_FUZZ_CHECK(path.rfind('.') != std::string::npos);
@@ -45,19 +45,19 @@ void CheckLoaderPaths(FileFormat format, std::string const& folder, std::string 
     std::unique_ptr<Input> const input
         = Input::Create(format, ImageFormat::Unknown, std::string(folder), std::string(pattern));
     if (input) {
-        ZAR_FUZZ_CHECK(input->GetFilePath(index, name).size() < Input::PathBufferSize);
-        ZAR_FUZZ_CHECK(input->GetFilePath(index, "").size() < Input::PathBufferSize);
+        ZAR_FUZZ_CHECK(input->GetFilePath(index, name).size() < Input::kPathBufferSize);
+        ZAR_FUZZ_CHECK(input->GetFilePath(index, "").size() < Input::kPathBufferSize);
     }
     std::unique_ptr<Input> const byPath = Input::Create(name.c_str());
     if (byPath)
-        ZAR_FUZZ_CHECK(byPath->GetFilePath(index, folder).size() < Input::PathBufferSize);
+        ZAR_FUZZ_CHECK(byPath->GetFilePath(index, folder).size() < Input::kPathBufferSize);
 }
 
 void CheckSequencePaths(FileFormat format, std::string const& folder, std::string const& pattern,
     std::string const& name, int index)
 {
     InputSequence const sequence(format, folder, pattern, false);
-    ZAR_FUZZ_CHECK(sequence.GetFilePath(index, name).size() < Input::PathBufferSize);
+    ZAR_FUZZ_CHECK(sequence.GetFilePath(index, name).size() < Input::kPathBufferSize);
     ZAR_FUZZ_CHECK(InputSequence::BareName(name).size() <= name.size());
 }
 
@@ -67,7 +67,7 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size)
 {
     FuzzedDataProvider provider(data, size);
     // Values past the table are included: lookups by value must fall back, never fail.
-    auto const format = static_cast<FileFormat>(provider.ConsumeIntegralInRange<int>(-1, LastFileFormat + 3));
+    auto const format = static_cast<FileFormat>(provider.ConsumeIntegralInRange<int>(-1, kLastFileFormat + 3));
     int const index = provider.ConsumeIntegral<int>();
     std::string const folder = provider.ConsumeRandomLengthString(700);
     std::string const pattern = provider.ConsumeRandomLengthString(700);

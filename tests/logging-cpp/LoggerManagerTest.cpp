@@ -198,8 +198,8 @@ TEST(LoggerManagerTest, DestroyingTheManagerDestroysTheFactory)
 
 TEST(LoggerManagerTest, ManyThreadsAskingAtOnceSeeEitherNoLoggerOrTheInstalledOne)
 {
-    constexpr int ThreadCount = 8;
-    constexpr int RequestsPerThread = 200;
+    constexpr int kThreadCount = 8;
+    constexpr int kRequestsPerThread = 200;
     LoggerManager manager;
     auto const logger = std::make_shared<RecordingLogger>();
     auto factory = std::make_unique<RecordingLoggerFactory>(logger);
@@ -209,11 +209,11 @@ TEST(LoggerManagerTest, ManyThreadsAskingAtOnceSeeEitherNoLoggerOrTheInstalledOn
     std::atomic<int> unexpected = 0;
     std::atomic<int> served = 0;
     std::vector<std::thread> threads;
-    for (int t = 0; t < ThreadCount; ++t) {
+    for (int t = 0; t < kThreadCount; ++t) {
         threads.emplace_back([&] {
             while (!start)
                 std::this_thread::yield();
-            for (int i = 0; i < RequestsPerThread; ++i) {
+            for (int i = 0; i < kRequestsPerThread; ++i) {
                 auto const obtained = manager.GetLoggerSharedPtr("worker");
                 if (obtained == logger)
                     ++served;

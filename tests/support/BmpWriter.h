@@ -20,8 +20,8 @@ class BmpWriter
 {
 public:
     // Palette entries as 0x00RRGGBB; written blue, green, red, reserved.
-    static constexpr uint32_t White = 0x00FFFFFF;
-    static constexpr uint32_t Black = 0x00000000;
+    static constexpr uint32_t kWhite = 0x00FFFFFF;
+    static constexpr uint32_t kBlack = 0x00000000;
 
     enum PaletteOrder
     {
@@ -41,7 +41,7 @@ public:
     // behind the 40 fields, since the fields cannot be overwritten, and so does a lying value above
     // MaxFilledInfoSize, which is written but not filled up to.
     uint32_t infoSize = 40;
-    static constexpr uint32_t MaxFilledInfoSize = 4096;
+    static constexpr uint32_t kMaxFilledInfoSize = 4096;
     int32_t width = 0;
     int32_t height = 0; // positive: rows are stored bottom row first
     uint16_t planes = 1;
@@ -72,7 +72,7 @@ public:
     {
         BmpWriter bmp;
         bmp.bitCount = 1;
-        bmp.palette = order == WhiteFirst ? std::vector<uint32_t> { White, Black } : std::vector<uint32_t> { Black, White };
+        bmp.palette = order == WhiteFirst ? std::vector<uint32_t> { kWhite, kBlack } : std::vector<uint32_t> { kBlack, kWhite };
         bmp.SetRows(width, std::move(rows), topDown);
         return bmp;
     }
@@ -140,7 +140,7 @@ public:
         Put32(block, static_cast<uint32_t>(yPelsPerMeter));
         Put32(block, clrUsed ? *clrUsed : static_cast<uint32_t>(palette.size()));
         Put32(block, clrImportant);
-        if (infoSize > block.size() && infoSize <= MaxFilledInfoSize)
+        if (infoSize > block.size() && infoSize <= kMaxFilledInfoSize)
             block.resize(infoSize, 0);
         for (uint32_t entry : palette) {
             block.push_back(static_cast<uint8_t>(entry));

@@ -8,9 +8,9 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 
 namespace {
 
-constexpr std::size_t FileHeaderSize = 14;
-constexpr std::size_t InfoHeaderSize = 40;
-constexpr std::size_t Entries = 16;
+constexpr std::size_t kFileHeaderSize = 14;
+constexpr std::size_t kInfoHeaderSize = 40;
+constexpr std::size_t kEntries = 16;
 
 uint32_t U32(uint8_t const* p)
 {
@@ -27,9 +27,9 @@ bool ReadAt(std::ifstream& stream, uint64_t offset, uint8_t* into, std::size_t s
     return stream.gcount() == static_cast<std::streamsize>(size);
 }
 
-bool MatchesRamp(std::array<uint8_t, Entries * 4> const& palette, bool descending)
+bool MatchesRamp(std::array<uint8_t, kEntries * 4> const& palette, bool descending)
 {
-    for (std::size_t k = 0; k < Entries; ++k) {
+    for (std::size_t k = 0; k < kEntries; ++k) {
         uint8_t const* entry = &palette[k * 4];
         if (entry[0] != entry[1] || entry[1] != entry[2])
             return false;
@@ -47,11 +47,11 @@ int BmpPalette::NearestLevel(int grey) { return (grey + 8) / 17; }
 BmpPalette::Kind BmpPalette::Classify(std::string const& path)
 {
     std::ifstream stream(path, std::ios::binary);
-    std::array<uint8_t, FileHeaderSize + InfoHeaderSize> headers {};
+    std::array<uint8_t, kFileHeaderSize + kInfoHeaderSize> headers {};
     if (!stream || !ReadAt(stream, 0, headers.data(), headers.size()) || headers[0] != 'B'
         || headers[1] != 'M')
         return Kind::NotFourBit;
-    uint8_t const* info = headers.data() + FileHeaderSize;
+    uint8_t const* info = headers.data() + kFileHeaderSize;
     uint32_t const dataOffset = U32(headers.data() + 10);
     uint32_t const infoSize = U32(info);
     unsigned const bits = static_cast<unsigned>(U16(info + 12)) * U16(info + 14);
@@ -59,8 +59,8 @@ BmpPalette::Kind BmpPalette::Classify(std::string const& path)
         return Kind::NotFourBit;
 
     // All 16 entries must lie inside the header block, before the pixel data.
-    uint64_t const paletteOffset = FileHeaderSize + static_cast<uint64_t>(infoSize);
-    std::array<uint8_t, Entries * 4> palette {};
+    uint64_t const paletteOffset = kFileHeaderSize + static_cast<uint64_t>(infoSize);
+    std::array<uint8_t, kEntries * 4> palette {};
     if (paletteOffset + palette.size() > dataOffset
         || !ReadAt(stream, paletteOffset, palette.data(), palette.size()))
         return Kind::Other;

@@ -61,11 +61,11 @@ int CommandLine::Run(std::vector<std::string> const& arguments)
     std::vector<std::string> const rest(arguments.begin() + 1, arguments.end());
     if (command == "-h" || command == "--help") {
         _out << MainHelp();
-        return Fine;
+        return kFine;
     }
     if (command == "--version") {
         _out << "packinspect " << PACKINSPECT_VERSION << '\n';
-        return Fine;
+        return kFine;
     }
     if (command == "verify")
         return Verify(rest);
@@ -82,52 +82,52 @@ int CommandLine::Verify(std::vector<std::string> const& arguments)
 {
     OptionParser parser({ HelpOption });
     if (!ParseOptions("verify", parser, arguments))
-        return Usage;
+        return kUsage;
     if (parser.Has("help")) {
         _out << VerifyHelp();
-        return Fine;
+        return kFine;
     }
     auto const path = SinglePack("verify", parser);
     if (!path)
-        return Usage;
+        return kUsage;
     auto const report = PackVerifier::Check(PackFile::Load(*path));
     _out << *path << '\n';
     PackVerifier::Print(report, _out);
-    return report.ProblemCount() == 0 ? Fine : ProblemsFound;
+    return report.ProblemCount() == 0 ? kFine : kProblemsFound;
 }
 
 int CommandLine::List(std::vector<std::string> const& arguments)
 {
     OptionParser parser({ HelpOption, IconOption, ScreenOption });
     if (!ParseOptions("list", parser, arguments))
-        return Usage;
+        return kUsage;
     if (parser.Has("help")) {
         _out << ListHelp();
-        return Fine;
+        return kFine;
     }
     ImageGeometry icon(1, 1);
     ImageGeometry screen(1, 1);
     auto const path = SinglePack("list", parser);
     if (!path || !ParseGeometries("list", parser, icon, screen))
-        return Usage;
+        return kUsage;
     _out << *path << '\n';
-    return PackLister::List(PackFile::Load(*path), icon, screen, _out) == 0 ? Fine : ProblemsFound;
+    return PackLister::List(PackFile::Load(*path), icon, screen, _out) == 0 ? kFine : kProblemsFound;
 }
 
 int CommandLine::Render(std::vector<std::string> const& arguments)
 {
     OptionParser parser({ HelpOption, IconOption, ScreenOption, { "output", 'o', true } });
     if (!ParseOptions("render", parser, arguments))
-        return Usage;
+        return kUsage;
     if (parser.Has("help")) {
         _out << RenderHelp();
-        return Fine;
+        return kFine;
     }
     ImageGeometry icon(1, 1);
     ImageGeometry screen(1, 1);
     auto const path = SinglePack("render", parser);
     if (!path || !ParseGeometries("render", parser, icon, screen))
-        return Usage;
+        return kUsage;
     auto const output = parser.Value("output");
     if (!output || output->empty())
         return UsageError("render", "the output file is missing: give it with -o FILE.png");
@@ -135,7 +135,7 @@ int CommandLine::Render(std::vector<std::string> const& arguments)
     PackFile const pack = PackFile::Load(*path);
     if (!pack.HasHeader() || !pack.Header().HasMagic() || !pack.Header().HasKnownFormat()) {
         _err << "packinspect render: " << *path << " is not a pack\n";
-        return ProblemsFound;
+        return kProblemsFound;
     }
     PackHeader const& header = pack.Header();
     auto const sheet = ContactSheet::Lay(pack, PackLayout::Compute(header, icon, screen));
@@ -144,24 +144,24 @@ int CommandLine::Render(std::vector<std::string> const& arguments)
         + std::to_string(header._screenCount) + " screens";
     if (!sheet.Render(pack, title).save(QString::fromStdString(*output), "PNG")) {
         _err << "packinspect render: cannot write " << *output << '\n';
-        return Usage;
+        return kUsage;
     }
     auto const missing = sheet.MissingImages();
     for (auto const& name : missing)
         _err << "packinspect render: the image " << name << " lies past the end of the file\n";
     _out << "wrote " << *output << " (" << sheet.Cells().size() << " images, " << sheet.Size().width() << "x"
          << sheet.Size().height() << " pixels)\n";
-    return missing.empty() ? Fine : ProblemsFound;
+    return missing.empty() ? kFine : kProblemsFound;
 }
 
 int CommandLine::Check(std::vector<std::string> const& arguments)
 {
     OptionParser parser({ HelpOption, { "sector", 0, true }, { "verbose", 'v', false } });
     if (!ParseOptions("check", parser, arguments))
-        return Usage;
+        return kUsage;
     if (parser.Has("help")) {
         _out << CheckHelp();
-        return Fine;
+        return kFine;
     }
     if (parser.Operands().size() > 1)
         return UsageError("check", "one bmp folder at most");
@@ -177,7 +177,7 @@ int CommandLine::Check(std::vector<std::string> const& arguments)
         root, *sector, zar::logging::LoggingManager::GetLoggerPtr("packinspect"), parser.Has("verbose"));
     checker.Run();
     checker.Print(_out);
-    return checker.FailureCount() == 0 ? Fine : ProblemsFound;
+    return checker.FailureCount() == 0 ? kFine : kProblemsFound;
 }
 
 bool CommandLine::ParseOptions(
@@ -235,7 +235,7 @@ int CommandLine::UsageError(std::string const& command, std::string const& messa
 {
     std::string const name = command.empty() ? "packinspect" : "packinspect " + command;
     _err << name << ": " << message << "\nTry '" << name << " --help' for more information.\n";
-    return Usage;
+    return kUsage;
 }
 
 char const* CommandLine::MainHelp()

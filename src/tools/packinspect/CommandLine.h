@@ -14,9 +14,9 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 // 0 all is well, 1 problems were found, 2 the command line was wrong or a file could not be read.
 class CommandLine {
 public:
-    static constexpr int Fine = 0;
-    static constexpr int ProblemsFound = 1;
-    static constexpr int Usage = 2;
+    static constexpr int kFine = 0;
+    static constexpr int kProblemsFound = 1;
+    static constexpr int kUsage = 2;
 
     CommandLine(std::ostream& out, std::ostream& err);
 

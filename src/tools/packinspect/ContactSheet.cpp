@@ -17,34 +17,34 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 ContactSheet ContactSheet::Lay(PackFile const& pack, PackLayout const& layout)
 {
     ContactSheet sheet;
-    int width = MinSheetWidth;
+    int width = kMinSheetWidth;
     for (auto const& image : layout.Images())
-        width = std::max(width, static_cast<int>(image._geometry.Width()) * Scale + 2 * Margin);
+        width = std::max(width, static_cast<int>(image._geometry.Width()) * kScale + 2 * kMargin);
 
-    int x = Margin;
-    int y = TitleHeight + Margin;
+    int x = kMargin;
+    int y = kTitleHeight + kMargin;
     int rowHeight = 0;
     PackLayout::Kind previousKind = PackLayout::Kind::Icon;
     for (auto const& image : layout.Images()) {
-        int const pixelsWidth = static_cast<int>(image._geometry.Width()) * Scale;
-        int const pixelsHeight = static_cast<int>(image._geometry.Height()) * Scale;
-        int const cellWidth = std::max(pixelsWidth, MinCellWidth);
-        bool const rowFull = x + cellWidth > width - Margin;
+        int const pixelsWidth = static_cast<int>(image._geometry.Width()) * kScale;
+        int const pixelsHeight = static_cast<int>(image._geometry.Height()) * kScale;
+        int const cellWidth = std::max(pixelsWidth, kMinCellWidth);
+        bool const rowFull = x + cellWidth > width - kMargin;
         bool const firstScreen = image._kind != previousKind;
-        if (x > Margin && (rowFull || firstScreen || image._kind == PackLayout::Kind::Screen)) {
-            x = Margin;
-            y += rowHeight + Margin;
+        if (x > kMargin && (rowFull || firstScreen || image._kind == PackLayout::Kind::Screen)) {
+            x = kMargin;
+            y += rowHeight + kMargin;
             rowHeight = 0;
         }
         bool const inFile
             = pack.Slice(image.FileOffset(), image._geometry.Size()).size() == image._geometry.Size();
         sheet._cells.push_back({ image, QRect(x, y, pixelsWidth, pixelsHeight),
-            QRect(x, y + pixelsHeight, cellWidth, LabelHeight), inFile });
-        x += cellWidth + Margin;
-        rowHeight = std::max(rowHeight, pixelsHeight + LabelHeight);
+            QRect(x, y + pixelsHeight, cellWidth, kLabelHeight), inFile });
+        x += cellWidth + kMargin;
+        rowHeight = std::max(rowHeight, pixelsHeight + kLabelHeight);
         previousKind = image._kind;
     }
-    sheet._size = QSize(width, y + rowHeight + Margin);
+    sheet._size = QSize(width, y + rowHeight + kMargin);
     return sheet;
 }
 
@@ -57,15 +57,15 @@ QRgb ContactSheet::Grey(uint8_t level)
 QImage ContactSheet::Render(PackFile const& pack, std::string const& title) const
 {
     // A lying image count must not turn into a huge allocation.
-    if (static_cast<int64_t>(_size.width()) * _size.height() > MaxPixels)
+    if (static_cast<int64_t>(_size.width()) * _size.height() > kMaxPixels)
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
             "The contact sheet would be " + std::to_string(_size.width()) + "x"
-                + std::to_string(_size.height()) + " pixels, more than " + std::to_string(MaxPixels));
+                + std::to_string(_size.height()) + " pixels, more than " + std::to_string(kMaxPixels));
     GuiSession::Ensure();
     QImage image(_size, QImage::Format_RGB32);
     if (image.isNull())
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Cannot allocate the contact sheet");
-    image.fill(Background);
+    image.fill(kBackground);
     for (auto const& cell : _cells) {
         if (cell._inFile)
             DrawPixels(image, cell, pack);
@@ -77,9 +77,9 @@ QImage ContactSheet::Render(PackFile const& pack, std::string const& title) cons
     QFont font("DejaVu Sans");
     font.setPixelSize(11);
     painter.setFont(font);
-    painter.setPen(QColor(Text));
+    painter.setPen(QColor(kText));
     QFontMetrics const metrics(font);
-    painter.drawText(QRect(Margin, 0, _size.width() - 2 * Margin, TitleHeight),
+    painter.drawText(QRect(kMargin, 0, _size.width() - 2 * kMargin, kTitleHeight),
         Qt::AlignLeft | Qt::AlignVCenter, QString::fromStdString(title));
     for (auto const& cell : _cells) {
         QString const name = metrics.elidedText(
@@ -98,14 +98,14 @@ void ContactSheet::DrawPixels(QImage& sheet, Cell const& cell, PackFile const& p
         auto* line = reinterpret_cast<QRgb*>(sheet.scanLine(cell._pixels.top() + y));
         for (int x = 0; x < cell._pixels.width(); ++x)
             line[cell._pixels.left() + x] = Grey(
-                geometry.Level(data, static_cast<uint32_t>(x / Scale), static_cast<uint32_t>(y / Scale)));
+                geometry.Level(data, static_cast<uint32_t>(x / kScale), static_cast<uint32_t>(y / kScale)));
     }
 }
 
 void ContactSheet::DrawMissing(QImage& sheet, Cell const& cell)
 {
     QPainter painter(&sheet);
-    painter.setPen(QPen(QColor(Missing), 2));
+    painter.setPen(QPen(QColor(kMissing), 2));
     painter.drawRect(cell._pixels.adjusted(1, 1, -1, -1));
     painter.drawLine(cell._pixels.topLeft(), cell._pixels.bottomRight());
     painter.drawLine(cell._pixels.topRight(), cell._pixels.bottomLeft());

@@ -17,16 +17,16 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 // screen on a row of its own.
 class ContactSheet {
 public:
-    static constexpr int Scale = 4;
-    static constexpr int Margin = 8;
-    static constexpr int TitleHeight = 20;
-    static constexpr int LabelHeight = 28;
-    static constexpr int MinCellWidth = 112;
-    static constexpr int MinSheetWidth = 256 * Scale + 2 * Margin;
-    static constexpr QRgb Background = 0xFF283858;
-    static constexpr QRgb Text = 0xFFE6E6E6;
-    static constexpr QRgb Missing = 0xFFC03030;
-    static constexpr int64_t MaxPixels = 64 * 1024 * 1024;
+    static constexpr int kScale = 4;
+    static constexpr int kMargin = 8;
+    static constexpr int kTitleHeight = 20;
+    static constexpr int kLabelHeight = 28;
+    static constexpr int kMinCellWidth = 112;
+    static constexpr int kMinSheetWidth = 256 * kScale + 2 * kMargin;
+    static constexpr QRgb kBackground = 0xFF283858;
+    static constexpr QRgb kText = 0xFFE6E6E6;
+    static constexpr QRgb kMissing = 0xFFC03030;
+    static constexpr int64_t kMaxPixels = 64 * 1024 * 1024;
 
     struct Cell {
         PackLayout::Image _image;

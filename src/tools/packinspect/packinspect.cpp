@@ -17,6 +17,6 @@ int main(int argc, char** argv)
     } catch (std::exception const& e) {
         // Files that cannot be read end up here; everything the commands find is reported by them.
         std::cerr << "packinspect: " << e.what() << '\n';
-        return CommandLine::Usage;
+        return CommandLine::kUsage;
     }
 }

@@ -18,9 +18,9 @@ namespace {
 // returns. That frame is captured on top and dropped, so that a sanitizer build sees the same stack
 // as a normal one: this function's frame first, and at most MaxFrames frames.
 #if defined(__SANITIZE_ADDRESS__)
-constexpr int InterceptorFrames = 1;
+constexpr int kInterceptorFrames = 1;
 #else
-constexpr int InterceptorFrames = 0;
+constexpr int kInterceptorFrames = 0;
 #endif
 
 struct FreeDeleter
@@ -32,9 +32,9 @@ struct FreeDeleter
 
 std::vector<std::string> StackInfo::Current(int skip, void* address)
 {
-    void* captured[MaxFrames + InterceptorFrames];
-    int const capturedCount = backtrace(captured, MaxFrames + InterceptorFrames);
-    int const dropped = std::min(capturedCount, InterceptorFrames);
+    void* captured[kMaxFrames + kInterceptorFrames];
+    int const capturedCount = backtrace(captured, kMaxFrames + kInterceptorFrames);
+    int const dropped = std::min(capturedCount, kInterceptorFrames);
     void** const frames = captured + dropped;
     int const count = capturedCount - dropped;
     if (skip < 0 || skip >= count)

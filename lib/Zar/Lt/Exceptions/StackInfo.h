@@ -13,7 +13,7 @@ class StackInfo
 {
 public:
     static constexpr int DefaultSkip = 0;
-    static constexpr int MaxFrames = 30;
+    static constexpr int kMaxFrames = 30;
 
     static std::vector<std::string> Current(int skip, void* address);
     static std::vector<std::string> Get(std::string const& text);

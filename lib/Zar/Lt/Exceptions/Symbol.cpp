@@ -27,7 +27,7 @@ std::string_view Between(std::string_view text, std::string_view::size_type from
 }
 
 // The offsets and addresses of a stack line are written with a "0x" prefix after their marker.
-constexpr std::string_view::size_type MarkerAndPrefix = 3;
+constexpr std::string_view::size_type kMarkerAndPrefix = 3;
 
 int32_t ReadOffset(std::string_view digits)
 {
@@ -164,7 +164,7 @@ void Symbol::Fill(std::string_view line)
     auto const plus = line.find('+', start);
     auto const mangledEnd = plus != std::string_view::npos ? plus : symbolEnd;
     if (plus != std::string_view::npos)
-        _offset = ReadOffset(Between(line, plus + MarkerAndPrefix, symbolEnd));
+        _offset = ReadOffset(Between(line, plus + kMarkerAndPrefix, symbolEnd));
 
     ParseAddress(line);
     _mangled = Between(line, start, mangledEnd);
@@ -218,7 +218,7 @@ void Symbol::ParseAddress(std::string_view text)
     auto const close = text.rfind(']');
     if (open == std::string_view::npos || close == std::string_view::npos)
         return;
-    _address = ReadAddress(Between(text, open + MarkerAndPrefix, close));
+    _address = ReadAddress(Between(text, open + kMarkerAndPrefix, close));
 }
 
 void Symbol::SetSignature(std::string_view signature)

@@ -17,7 +17,7 @@ std::string const InvalidException = "Invalid exception";
 
 void LogInvalid(ILogger& logger, int indent, char const* file, unsigned line)
 {
-    logger.Log(ExceptionLogger::ExceptionLevel, std::string(Indentation::Of(indent)) + InvalidException, file, line);
+    logger.Log(ExceptionLogger::kExceptionLevel, std::string(Indentation::Of(indent)) + InvalidException, file, line);
 }
 
 // Logs the cause nested in `exception`, if any, at `indent` and its own causes below it. A
@@ -66,7 +66,7 @@ void ExceptionLogger::LogStack(ILogger& logger, BaseException const& exception, 
 
 void ExceptionLogger::LogStack(ILogger& logger, std::exception const& exception, char const* file, unsigned line)
 {
-    logger.Log(ExceptionLevel, exception.what(), file, line);
+    logger.Log(kExceptionLevel, exception.what(), file, line);
     LogNestedCause(logger, exception, 2);
 }
 
@@ -77,12 +77,12 @@ void ExceptionLogger::Log(ILogger& logger, BaseException const& exception, int i
     auto const& source = exception.Source();
     if (source._function != nullptr && *source._function != '\0')
         message << " in " << source._function;
-    logger.Log(ExceptionLevel, message.str(), source._file, source._line);
+    logger.Log(kExceptionLevel, message.str(), source._file, source._line);
 }
 
 void ExceptionLogger::Log(ILogger& logger, std::exception const& exception, int indent)
 {
-    logger.Log(ExceptionLevel, std::string(Indentation::Of(indent)) + exception.what(), nullptr, 0);
+    logger.Log(kExceptionLevel, std::string(Indentation::Of(indent)) + exception.what(), nullptr, 0);
 }
 
 void ExceptionLogger::RecurseLogStack(ILogger& logger, std::exception const& exception, int indent)
@@ -92,11 +92,11 @@ void ExceptionLogger::RecurseLogStack(ILogger& logger, std::exception const& exc
 
 void ExceptionLogger::LogCallStack(ILogger& logger, std::vector<std::string> const& callStack, char const* file, unsigned line)
 {
-    logger.Log(StackLevel, "Stack trace:", file, line);
+    logger.Log(kStackLevel, "Stack trace:", file, line);
     for (auto const& symbol : Exceptions::StackInfo::Symbols(callStack, 0)) {
         std::ostringstream frame;
-        Print(frame, symbol, "", FrameIndent);
-        logger.Log(StackLevel, frame.str(), file, line);
+        Print(frame, symbol, "", kFrameIndent);
+        logger.Log(kStackLevel, frame.str(), file, line);
     }
 }
 

@@ -18,10 +18,10 @@ namespace Zar::Lt::Logging {
 class ExceptionLogger
 {
 public:
-    static constexpr int ExceptionLevel = 20;
-    static constexpr int StackLevel = 50;
+    static constexpr int kExceptionLevel = 20;
+    static constexpr int kStackLevel = 50;
     // How far the frame lines are indented below "Stack trace:".
-    static constexpr int FrameIndent = 2;
+    static constexpr int kFrameIndent = 2;
 
     ExceptionLogger() = delete;
 

@@ -128,7 +128,7 @@ std::map<std::string, std::map<std::string, long>> ListedValues(std::string cons
 TEST(CommandLineTest, NeedsACommand)
 {
     auto const result = Inspect({});
-    EXPECT_EQ(result._status, CommandLine::Usage);
+    EXPECT_EQ(result._status, CommandLine::kUsage);
     EXPECT_EQ(result._err, UsageText("packinspect", "a command is needed"));
     EXPECT_EQ(result._out, "");
 }

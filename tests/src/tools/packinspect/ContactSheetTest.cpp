@@ -90,7 +90,7 @@ TEST(ContactSheetTest, DrawsEveryPixelAtItsGreyLevel)
     for (auto const& cell : sheet.Cells())
         ExpectCellShowsImage(image, cell, bytes);
     // The gap between the first two icons shows the background.
-    EXPECT_EQ(image.pixel(8 + 128 + 4, 50), ContactSheet::Background);
+    EXPECT_EQ(image.pixel(8 + 128 + 4, 50), ContactSheet::kBackground);
 }
 
 TEST(ContactSheetTest, WritesALabelUnderEveryImage)
@@ -102,7 +102,7 @@ TEST(ContactSheetTest, WritesALabelUnderEveryImage)
         int textPixels = 0;
         for (int y = cell._label.top(); y <= cell._label.bottom(); ++y)
             for (int x = cell._label.left(); x <= cell._label.right(); ++x)
-                textPixels += image.pixel(x, y) != ContactSheet::Background;
+                textPixels += image.pixel(x, y) != ContactSheet::kBackground;
         EXPECT_GT(textPixels, 20) << cell._image._name;
     }
 }
@@ -117,7 +117,7 @@ TEST(ContactSheetTest, CrossesOutImagesPastTheEndOfTheFile)
     QImage const image = sheet.Render(pack, "cut");
     auto const& screen = sheet.Cells().back();
     EXPECT_FALSE(screen._inFile);
-    EXPECT_EQ(image.pixel(screen._pixels.center()), ContactSheet::Missing);
+    EXPECT_EQ(image.pixel(screen._pixels.center()), ContactSheet::kMissing);
     ExpectCellShowsImage(image, sheet.Cells()[11], bytes);
 }
 

@@ -12,7 +12,7 @@ namespace Zar::ResourcesLibrary::Image {
 
 namespace {
 
-constexpr char SourceFile[] = "src/lib/Zar/ResourcesLibrary/Image/InputSequence";
+constexpr char kSourceFile[] = "src/lib/Zar/ResourcesLibrary/Image/InputSequence";
 // The failures' function texts, fixed so that they do not depend on the compiler's spelling.
 constexpr char kCheckInputFunction[] = "bool Zar::ResourcesLibrary::Image::InputSequence::CheckInput() const";
 constexpr char kAddListFunction[] = "void Zar::ResourcesLibrary::Image::InputSequence::AddList(const string&)";
@@ -64,7 +64,7 @@ bool InputSequence::CheckInput() const
     if (_input)
         return true;
     if (_required)
-        throw ResourcesLibraryException(ZAR_SOURCE_INFO_OF(kCheckInputFunction, SourceFile, 29), "No input");
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO_OF(kCheckInputFunction, kSourceFile, 29), "No input");
     return false;
 }
 
@@ -78,11 +78,11 @@ void InputSequence::AddList(string const& listPath)
     std::ifstream stream(listPath);
     if (!stream.is_open()) {
         if (_required)
-            throw ResourcesLibraryException(ZAR_SOURCE_INFO_OF(kAddListFunction, SourceFile, 55), "Cannot open " + listPath);
+            throw ResourcesLibraryException(ZAR_SOURCE_INFO_OF(kAddListFunction, kSourceFile, 55), "Cannot open " + listPath);
         return;
     }
     std::string line;
-    while (ReadLine(stream, line, MaxLineLength)) {
+    while (ReadLine(stream, line, kMaxLineLength)) {
         std::string name = TrimmedName(line);
         if (!name.empty())
             _items.push_back(std::move(name));
@@ -113,13 +113,13 @@ void InputSequence::LoadAll(Callback const& callback, int start)
         }
     }
     if (_required && !errors.empty())
-        throw ResourcesLibraryException(ZAR_SOURCE_INFO_OF(kLoadAllFunction, SourceFile, 85), errors);
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO_OF(kLoadAllFunction, kSourceFile, 85), errors);
 }
 
 std::string InputSequence::GetFilePath(int index, std::string const& name) const
 {
     std::string const pattern = Input::PatternOrDefault(_pattern);
-    char buffer[Input::PathBufferSize] = {};
+    char buffer[Input::kPathBufferSize] = {};
     if (pattern.find('/') != std::string::npos) {
         Input::FormatIndex(buffer, sizeof(buffer), pattern, index);
     } else {
@@ -147,7 +147,7 @@ MutableImage InputSequence::Read(int index)
 {
     if (!CheckInput())
         return MutableImage();
-    char path[Input::PathBufferSize];
+    char path[Input::kPathBufferSize];
     Input::FormatIndex(path, sizeof(path), Input::PatternOrDefault(_pattern), index);
     return _input->Load(static_cast<char const*>(path));
 }

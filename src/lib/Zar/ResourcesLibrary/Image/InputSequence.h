@@ -27,7 +27,7 @@ public:
     using string = std::string;
 
     // A list line keeps at most this many characters; the rest of a longer line is dropped.
-    static constexpr size_t MaxLineLength = 255;
+    static constexpr size_t kMaxLineLength = 255;
 
     InputSequence(FileFormat format, std::string const& directory, std::string const& pattern, bool required);
     ~InputSequence();

@@ -154,7 +154,7 @@ TEST(StackInfoTest, CurrentSkipsTheGivenNumberOfFrames)
 
 TEST(StackInfoTest, CurrentWithTooLargeOrNegativeSkipIsEmpty)
 {
-    EXPECT_TRUE(CaptureHere(StackInfo::MaxFrames).empty());
+    EXPECT_TRUE(CaptureHere(StackInfo::kMaxFrames).empty());
     EXPECT_TRUE(CaptureHere(-1).empty());
 }
 

@@ -119,7 +119,7 @@ TEST(ExceptionLoggerTest, NestedResourceFailureGivesTwoRecordsAndTheInnerStack)
         EXPECT_EQ(std::optional<std::string>(MainFile), frame.file);
         EXPECT_EQ(MainLine, frame.line);
         EXPECT_THAT(frame.message, StartsWith("  0x"));
-        EXPECT_EQ(Printed(Symbol(innerStack[i]), "", ExceptionLogger::FrameIndent), frame.message);
+        EXPECT_EQ(Printed(Symbol(innerStack[i]), "", ExceptionLogger::kFrameIndent), frame.message);
         raiserFound = raiserFound
             || frame.message.find(" lt_logging_tests Zar::Lt::Logging::ExceptionProbe::OpenResource() +0x") != std::string::npos;
     }

@@ -23,9 +23,9 @@ using Zar::ResourcesLibrary::Image::BmpInternal::BITMAPINFOHEADER;
 
 namespace {
 
-constexpr uint16_t BmpMagic = 0x4D42;
-constexpr uint32_t FileHeaderSize = sizeof(BITMAPFILEHEADER);
-constexpr uint32_t InfoHeaderSize = sizeof(BITMAPINFOHEADER);
+constexpr uint16_t kBmpMagic = 0x4D42;
+constexpr uint32_t kFileHeaderSize = sizeof(BITMAPFILEHEADER);
+constexpr uint32_t kInfoHeaderSize = sizeof(BITMAPINFOHEADER);
 
 // The first palette entry of a file drawn black on white; any other start means white on black.
 constexpr std::array<uint8_t, 3> white = { 0xFF, 0xFF, 0xFF };
@@ -35,7 +35,7 @@ constexpr std::array<uint8_t, 4> blackTable = { 0x00, 0x0F, 0xF0, 0xFF };
 
 // The 1-bit conversion counts its output lines in 16 bits, so lines past this many are never
 // reached by it and stay zero.
-constexpr uint32_t MonoLineCounterRange = 1u << 16;
+constexpr uint32_t kMonoLineCounterRange = 1u << 16;
 
 template <typename T>
 T FromLittleEndian(T value)
@@ -118,7 +118,7 @@ BITMAPINFOHEADER InfoHeaderOf(std::vector<uint8_t> const& block)
 
 size_t BmpInput::GetHeaderSize() const
 {
-    return FileHeaderSize + InfoHeaderSize;
+    return kFileHeaderSize + kInfoHeaderSize;
 }
 
 ImageInfo BmpInput::ReadHeader(std::istream& stream)
@@ -146,15 +146,15 @@ std::vector<uint8_t> BmpInput::RawReadHeader(std::istream& stream)
 {
     BITMAPFILEHEADER fileHeader {};
     size_t const count = RawRead(stream, fileHeader);
-    if (count < FileHeaderSize)
+    if (count < kFileHeaderSize)
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "source too small " + std::to_string(count));
     uint16_t const type = FromLittleEndian(fileHeader.bfType);
-    if (type != BmpMagic)
+    if (type != kBmpMagic)
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Wrong Bmp file magic 0x" + HexWord(type));
     // An offset below 14 wraps to a block of almost 4 GiB. The block is read as its bytes arrive,
     // so such a file ends in the short-read failure below instead of a huge allocation.
-    uint32_t const blockSize = FromLittleEndian(fileHeader.bfOffBits) - FileHeaderSize;
-    if (blockSize < InfoHeaderSize)
+    uint32_t const blockSize = FromLittleEndian(fileHeader.bfOffBits) - kFileHeaderSize;
+    if (blockSize < kInfoHeaderSize)
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Bmp file header too small " + std::to_string(blockSize));
     std::vector<uint8_t> block = ReadAvailable(stream, blockSize);
     if (block.size() < blockSize)
@@ -172,9 +172,9 @@ std::vector<uint8_t> BmpInput::RawReadHeader(std::istream& stream)
 
 ImageInfo BmpInput::ToImageInfo(std::vector<uint8_t> const& block)
 {
-    if (block.size() < InfoHeaderSize)
+    if (block.size() < kInfoHeaderSize)
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
-            "Bmp header " + std::to_string(block.size()) + "/" + std::to_string(InfoHeaderSize));
+            "Bmp header " + std::to_string(block.size()) + "/" + std::to_string(kInfoHeaderSize));
     return ToImageInfo(Zar::ResourcesLibrary::Image::BmpInternal::InfoHeaderOf(block), ImageFormat::Unknown);
 }
 
@@ -241,7 +241,7 @@ MutableImage BmpInput::ReadData(std::istream& stream, std::vector<uint8_t> const
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
             "Cannot read image data " + std::to_string(available) + "/" + std::to_string(dataSize));
     uint64_t const imageSize = uint64_t { info.Stride() } * height;
-    uint64_t const imageSizeLimit = 4 * dataSize + ImageSizeAllowance;
+    uint64_t const imageSizeLimit = 4 * dataSize + kImageSizeAllowance;
     if (imageSize > imageSizeLimit)
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
             "Bmp image too large " + std::to_string(imageSize) + "/" + std::to_string(imageSizeLimit));
@@ -267,7 +267,7 @@ MutableImage BmpInput::ReadData(std::istream& stream, std::vector<uint8_t> const
     auto const& table = startsWithWhite ? whiteTable : blackTable;
     uint64_t const width = static_cast<uint64_t>(info.Width());
     uint64_t const outputStride = info.Stride();
-    uint64_t const lines = std::min<uint64_t>(height, MonoLineCounterRange);
+    uint64_t const lines = std::min<uint64_t>(height, kMonoLineCounterRange);
     if (width == 0 || sourceStride == 0)
         return image;
     // One source line is backed by the file only when there is at least one line.

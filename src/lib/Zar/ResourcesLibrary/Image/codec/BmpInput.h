@@ -57,7 +57,7 @@ public:
     // 1-bit conversion makes of it) plus this much. Narrow lines hold no source bytes at all (the
     // source stride rounds down), so without the bound a file of a hundred bytes could declare an
     // image of gigabytes; a display resource never comes near it.
-    static constexpr uint64_t ImageSizeAllowance = uint64_t { 16 } << 20;
+    static constexpr uint64_t kImageSizeAllowance = uint64_t { 16 } << 20;
 
     size_t GetHeaderSize() const override;
     Zar::ResourcesLibrary::Image::ImageInfo ReadHeader(std::istream& stream) override;

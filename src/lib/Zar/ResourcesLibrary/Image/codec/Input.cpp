@@ -22,7 +22,7 @@ namespace Zar::ResourcesLibrary::Image {
 namespace {
 
 // Bytes read from a stream at most per step while the size a file declares is not yet proven.
-constexpr size_t ReadStep = size_t { 1 } << 20;
+constexpr size_t kReadStep = size_t { 1 } << 20;
 
 // Appends text to a NUL-terminated buffer of a fixed size, cutting what does not fit.
 class BoundedWriter
@@ -68,7 +68,7 @@ struct Conversion
 // so they are clamped; this also keeps snprintf from padding gigabytes that are thrown away.
 std::string ClampedNumber(std::string const& digits)
 {
-    constexpr size_t limit = Input::PathBufferSize;
+    constexpr size_t limit = Input::kPathBufferSize;
     size_t value = 0;
     for (char digit : digits)
         value = std::min(limit, value * 10 + static_cast<size_t>(digit - '0'));
@@ -121,7 +121,7 @@ std::string FormatConversion(Conversion const& conversion, int index)
             format += ClampedNumber(conversion.precision);
     }
     format += conversion.type;
-    char text[2 * Input::PathBufferSize + 64];
+    char text[2 * Input::kPathBufferSize + 64];
     bool const isSigned = conversion.type == 'd' || conversion.type == 'i';
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
@@ -210,7 +210,7 @@ MutableImage Input::Load(char const* filePath)
 
 MutableImage Input::Read(int index)
 {
-    char path[PathBufferSize];
+    char path[kPathBufferSize];
     FormatIndex(path, sizeof(path), PatternOrDefault(_pattern), index);
     return Load(static_cast<char const*>(path));
 }
@@ -235,7 +235,7 @@ MutableImage Input::Load(std::string const& filePath)
 std::string Input::GetFilePath(int index, std::string const& name) const
 {
     std::string const pattern = PatternOrDefault(_pattern);
-    char buffer[PathBufferSize] = {};
+    char buffer[kPathBufferSize] = {};
     if (pattern.find('/') != std::string::npos) {
         FormatIndex(buffer, sizeof(buffer), pattern, index);
     } else {
@@ -281,7 +281,7 @@ std::vector<uint8_t> Input::ReadAvailable(std::istream& stream, uint64_t size)
 {
     std::vector<uint8_t> data;
     while (data.size() < size) {
-        size_t const step = static_cast<size_t>(std::min<uint64_t>(size - data.size(), ReadStep));
+        size_t const step = static_cast<size_t>(std::min<uint64_t>(size - data.size(), kReadStep));
         size_t const before = data.size();
         data.resize(before + step);
         size_t const got = Read(stream, data.data() + before, step);

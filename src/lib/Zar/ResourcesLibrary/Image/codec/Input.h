@@ -51,7 +51,7 @@ public:
     static char const* GetExtension(FileFormat format);
 
     // Every path built from a pattern lives in a buffer of this size, terminator included.
-    static constexpr size_t PathBufferSize = 512;
+    static constexpr size_t kPathBufferSize = 512;
 
     // Writes the pattern with its integer conversion replaced by the index into buffer (size bytes,
     // always NUL-terminated when size > 0, cut where it does not fit). Only the first integer

@@ -29,7 +29,7 @@ using testing::ThrowsMessage;
 
 namespace {
 
-char const* const SourceFile = "src/lib/Zar/ResourcesLibrary/Image/InputSequence";
+char const* const kSourceFile = "src/lib/Zar/ResourcesLibrary/Image/InputSequence";
 
 // A one-line 8-pixel BMP whose pixels are the bits of the given byte.
 std::string WriteBmp(ScratchFolder const& folder, std::string const& name, uint8_t pixels)
@@ -137,7 +137,7 @@ TEST(InputSequenceTest, AMissingListFailsOnlyWhenRequired)
     } catch (ResourcesLibraryException const& e) {
         EXPECT_EQ("Cannot open " + path, e.what());
         EXPECT_STREQ("void Zar::ResourcesLibrary::Image::InputSequence::AddList(const string&)", e.Source()._function);
-        EXPECT_STREQ(SourceFile, e.Source()._file);
+        EXPECT_STREQ(kSourceFile, e.Source()._file);
         EXPECT_EQ(55u, e.Source()._line);
     }
     InputSequence optional(FileFormat::None, folder.Prefix(), "%04", false);
@@ -167,7 +167,7 @@ TEST(InputSequenceTest, NoLoaderIsAnErrorOnlyWhenRequired)
     } catch (ResourcesLibraryException const& e) {
         EXPECT_STREQ("No input", e.what());
         EXPECT_STREQ("bool Zar::ResourcesLibrary::Image::InputSequence::CheckInput() const", e.Source()._function);
-        EXPECT_STREQ(SourceFile, e.Source()._file);
+        EXPECT_STREQ(kSourceFile, e.Source()._file);
         EXPECT_EQ(29u, e.Source()._line);
     }
     Recorder recorder;
@@ -227,7 +227,7 @@ TEST(InputSequenceTest, AFailedItemUsesUpItsNumberAndIsReportedAtTheEnd)
         EXPECT_STREQ("3 b Wrong Bmp file magic 0x4142\n", e.what());
         EXPECT_STREQ("void Zar::ResourcesLibrary::Image::InputSequence::LoadAll(const Callback&, int)",
             e.Source()._function);
-        EXPECT_STREQ(SourceFile, e.Source()._file);
+        EXPECT_STREQ(kSourceFile, e.Source()._file);
         EXPECT_EQ(85u, e.Source()._line);
     }
     EXPECT_THAT(recorder.calls, ElementsAre(Call { 2, "a" }, Call { 4, "c" }));

@@ -39,8 +39,8 @@ using Zar::ResourcesLibrary::Image::Input;
 
 namespace {
 
-constexpr uint64_t MiB = uint64_t { 1 } << 20;
-constexpr uint64_t FixedAllowance = 64 * MiB;
+constexpr uint64_t kMiB = uint64_t { 1 } << 20;
+constexpr uint64_t kFixedAllowance = 64 * kMiB;
 
 struct LoadOutcome
 {
@@ -142,8 +142,8 @@ protected:
         uint64_t const size = std::filesystem::file_size(path);
         LoadOutcome const outcome = MeasureLoad(format, path);
         EXPECT_TRUE(outcome.finished) << path << ": the loading child did not finish";
-        EXPECT_LT(outcome.peakGrowth, FixedAllowance + 4 * size)
-            << path << ": peak grew by " << outcome.peakGrowth / MiB << " MiB (" << outcome.message << ")";
+        EXPECT_LT(outcome.peakGrowth, kFixedAllowance + 4 * size)
+            << path << ": peak grew by " << outcome.peakGrowth / kMiB << " MiB (" << outcome.message << ")";
         if (std::getenv("LOADER_MEMORY_VERBOSE") != nullptr)
             std::printf("%s: %llu KiB, %s\n", path.c_str(), static_cast<unsigned long long>(outcome.peakGrowth / 1024),
                 outcome.message.c_str());
@@ -178,7 +178,7 @@ TEST_F(LoaderMemoryTest, MeasuresWhatALoadTouches)
     bmp.trailer.assign(2048 * 4096, 0x11);
     LoadOutcome const outcome = LoadBmpWithinBound("real.bmp", bmp);
     EXPECT_FALSE(outcome.threw) << outcome.message;
-    EXPECT_GE(outcome.peakGrowth, 8 * MiB);
+    EXPECT_GE(outcome.peakGrowth, 8 * kMiB);
 }
 
 TEST_F(LoaderMemoryTest, OffsetBelowFourteenFailsWithoutTouchingTheBlock)
@@ -189,7 +189,7 @@ TEST_F(LoaderMemoryTest, OffsetBelowFourteenFailsWithoutTouchingTheBlock)
         bmp.offBits = offBits;
         LoadOutcome const outcome = LoadBmpWithinBound("offset" + std::to_string(offBits) + ".bmp", bmp);
         EXPECT_TRUE(outcome.threw) << offBits << ": " << outcome.message;
-        EXPECT_LT(outcome.peakGrowth, 16 * MiB) << offBits;
+        EXPECT_LT(outcome.peakGrowth, 16 * kMiB) << offBits;
     }
 }
 
