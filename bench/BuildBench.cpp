@@ -23,16 +23,14 @@ namespace {
 constexpr int kFirstSector = 12;
 
 // Swallows what the build prints (the summary and CRC lines) while it is timed.
-class NullBuffer : public std::streambuf
-{
+class NullBuffer : public std::streambuf {
 protected:
     int_type overflow(int_type c) override { return traits_type::not_eof(c); }
     std::streamsize xsputn(char const*, std::streamsize count) override { return count; }
 };
 
 // Standard output goes to the given buffer for the lifetime of the object.
-class RedirectedStdout
-{
+class RedirectedStdout {
 public:
     explicit RedirectedStdout(std::streambuf* buffer)
         : _previous(std::cout.rdbuf(buffer))
@@ -64,11 +62,13 @@ bool BuildsThePack(Zar::Bench::BmpTree const& tree, int icons)
     } catch (...) {
         return false;
     }
-    auto const expected = 4096u * (1u + static_cast<unsigned>(icons + 9) / 10u + 2u * Zar::Bench::BmpTree::kScreens);
+    auto const expected
+        = 4096u * (1u + static_cast<unsigned>(icons + 9) / 10u + 2u * Zar::Bench::BmpTree::kScreens);
     std::error_code error;
     auto const size = std::filesystem::file_size(tree.Output() + "oled.pack", error);
     return !error && size == expected
-        && printed.str().find(", " + std::to_string(icons) + " icons at sector 12, 4 screens") != std::string::npos;
+        && printed.str().find(", " + std::to_string(icons) + " icons at sector 12, 4 screens")
+        != std::string::npos;
 }
 
 // The whole clean build of a tree of so many icons and four screens, in-process: the packager's

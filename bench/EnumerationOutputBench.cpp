@@ -32,8 +32,7 @@ Zar::Lt::Core::StringCollection Names()
 }
 
 // One whole generated file, in the order the exporter drives a writer.
-template <typename Output>
-std::string WriteFile(Zar::Lt::Core::StringCollection const& names)
+template <typename Output> std::string WriteFile(Zar::Lt::Core::StringCollection const& names)
 {
     EnumerationOption const option { "Icon", 100, true };
     std::ostringstream stream;
@@ -44,8 +43,7 @@ std::string WriteFile(Zar::Lt::Core::StringCollection const& names)
     return stream.str();
 }
 
-template <typename Output>
-void WriteEnumeration(benchmark::State& state)
+template <typename Output> void WriteEnumeration(benchmark::State& state)
 {
     auto const names = Names();
     auto const sample = WriteFile<Output>(names);

@@ -24,10 +24,7 @@ uint64_t Gray4Stride(int32_t width)
     return ((uint64_t { 4 } * static_cast<uint64_t>(width) + 7) / 8 + 3) & ~uint64_t { 3 };
 }
 
-bool HasGeometry(ImageInfo const& info)
-{
-    return info.Width() > 0 && info.Height() > 0;
-}
+bool HasGeometry(ImageInfo const& info) { return info.Width() > 0 && info.Height() > 0; }
 
 } // namespace
 
@@ -40,7 +37,8 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size)
     if (HasGeometry(header)) {
         // Width and height are 16-bit counts, and one row per pitch of at least width + 1 bytes.
         ZAR_FUZZ_CHECK(header.Width() < 65536 && header.Height() < 65536);
-        ZAR_FUZZ_CHECK(static_cast<uint64_t>(header.Height()) * (static_cast<uint64_t>(header.Width()) + 1) <= size);
+        ZAR_FUZZ_CHECK(
+            static_cast<uint64_t>(header.Height()) * (static_cast<uint64_t>(header.Width()) + 1) <= size);
         ZAR_FUZZ_CHECK(header.Format() == ImageFormat::Gray4);
         ZAR_FUZZ_CHECK(header.Stride() == Gray4Stride(header.Width()));
     }
@@ -54,6 +52,7 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size)
     ZAR_FUZZ_CHECK(image.Buffer().size() == header.Stride() * static_cast<uint64_t>(header.Height()));
     // Lit pixels are level 15 and clear ones 0: every nibble is one or the other.
     for (uint8_t byte : image.Buffer())
-        ZAR_FUZZ_CHECK(((byte >> 4) == 0 || (byte >> 4) == 0xF) && ((byte & 0xF) == 0 || (byte & 0xF) == 0xF));
+        ZAR_FUZZ_CHECK(
+            ((byte >> 4) == 0 || (byte >> 4) == 0xF) && ((byte & 0xF) == 0 || (byte & 0xF) == 0xF));
     return 0;
 }

@@ -26,9 +26,11 @@ void CheckImage(MutableImage const& image)
     ZAR_FUZZ_CHECK(info.Width() >= 0 && info.Height() >= 0);
     // Written out rather than taken from ImageInfo::StrideOf, so that the check does not share the
     // rule it checks.
-    uint64_t const stride = ((uint64_t { 4 } * static_cast<uint64_t>(info.Width()) + 7) / 8 + 3) & ~uint64_t { 3 };
+    uint64_t const stride
+        = ((uint64_t { 4 } * static_cast<uint64_t>(info.Width()) + 7) / 8 + 3) & ~uint64_t { 3 };
     ZAR_FUZZ_CHECK(info.Stride() == stride);
-    ZAR_FUZZ_CHECK(image.Buffer().empty() || image.Buffer().size() == stride * static_cast<uint64_t>(info.Height()));
+    ZAR_FUZZ_CHECK(
+        image.Buffer().empty() || image.Buffer().size() == stride * static_cast<uint64_t>(info.Height()));
 }
 
 void LoadThroughStream(std::string const& file)

@@ -79,8 +79,8 @@ uint16_t Crc16(uint8_t const* data, size_t size)
 
 uint32_t Le32(Bytes const& bytes, size_t offset)
 {
-    return uint32_t { bytes[offset] } | uint32_t { bytes[offset + 1] } << 8 | uint32_t { bytes[offset + 2] } << 16
-        | uint32_t { bytes[offset + 3] } << 24;
+    return uint32_t { bytes[offset] } | uint32_t { bytes[offset + 1] } << 8
+        | uint32_t { bytes[offset + 2] } << 16 | uint32_t { bytes[offset + 3] } << 24;
 }
 
 uint16_t Le16(Bytes const& bytes, size_t offset)
@@ -102,8 +102,7 @@ Bytes MakeBmp(int32_t width, int32_t height, uint16_t bits, bool whiteFirst, Byt
 
 enum class Content { Icon, Screen, AnySize, DamagedIcon, RawBytes, TextImage, Missing, Count };
 
-struct Entry
-{
+struct Entry {
     std::string listLine;
     std::string fileName;
     Bytes bytes;
@@ -112,8 +111,7 @@ struct Entry
 
 // Reads the fuzzer's bytes front to back; past the end every value reads as 0. The order of the
 // fields is the input format that fuzz/make-seed-corpus writes its seeds in.
-class ByteReader
-{
+class ByteReader {
 public:
     ByteReader(uint8_t const* data, size_t size)
         : _data(data)
@@ -279,8 +277,7 @@ bool LoadsWithinContract(fs::path const& folder)
     return within;
 }
 
-struct Names
-{
+struct Names {
     uint32_t count = 0;
     uint32_t used = 0;
 };
@@ -324,7 +321,8 @@ void CheckPack(Bytes const& pack, Version32 const& version, int sector, bool bui
     if (std::memcmp(pack.data(), "ZAR\0", 4) != 0) {
         // The header is written last; a Build that stopped before it leaves it reserved.
         ZAR_FUZZ_CHECK(!built);
-        ZAR_FUZZ_CHECK(std::all_of(pack.begin(), pack.begin() + kSectorSize, [](uint8_t b) { return b == 0xFF; }));
+        ZAR_FUZZ_CHECK(
+            std::all_of(pack.begin(), pack.begin() + kSectorSize, [](uint8_t b) { return b == 0xFF; }));
         return;
     }
     ZAR_FUZZ_CHECK(pack.size() % kSectorSize == 0);
@@ -339,8 +337,7 @@ void CheckPack(Bytes const& pack, Version32 const& version, int sector, bool bui
         CheckExactLayout(pack, Le32(pack, 12), icons, screens);
 }
 
-class Silence
-{
+class Silence {
 public:
     // Build prints its summary and CRC lines; the fuzzer's own output goes to standard error.
     Silence()

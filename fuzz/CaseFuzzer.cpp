@@ -18,32 +18,17 @@ namespace {
 
 using Convert = std::string (*)(std::string_view);
 
-bool IsAsciiLower(char c)
-{
-    return c >= 'a' && c <= 'z';
-}
+bool IsAsciiLower(char c) { return c >= 'a' && c <= 'z'; }
 
-bool IsAsciiUpper(char c)
-{
-    return c >= 'A' && c <= 'Z';
-}
+bool IsAsciiUpper(char c) { return c >= 'A' && c <= 'Z'; }
 
-bool IsCSpace(char c)
-{
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
+bool IsCSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 // What each byte may become: the C locale changes ASCII letters only, and multi-byte sequences pass
 // unchanged.
-char Upper(char c)
-{
-    return IsAsciiLower(c) ? static_cast<char>(c - 'a' + 'A') : c;
-}
+char Upper(char c) { return IsAsciiLower(c) ? static_cast<char>(c - 'a' + 'A') : c; }
 
-char Lower(char c)
-{
-    return IsAsciiUpper(c) ? static_cast<char>(c - 'A' + 'a') : c;
-}
+char Lower(char c) { return IsAsciiUpper(c) ? static_cast<char>(c - 'A' + 'a') : c; }
 
 std::string Expected(std::string_view text, char (*map)(char), bool capitalOnly)
 {

@@ -21,8 +21,7 @@ namespace ZarFuzz {
 
 // A heap copy of exactly the input's bytes, without a terminator: code that treats a sized buffer
 // as a C string reads past the end and the sanitizer reports it.
-class ExactCopy
-{
+class ExactCopy {
 public:
     ExactCopy(uint8_t const* data, size_t size)
         : _size(size)
@@ -43,4 +42,5 @@ private:
 
 } // namespace ZarFuzz
 
-#define ZAR_FUZZ_CHECK(condition) ((condition) ? static_cast<void>(0) : ::ZarFuzz::Fail(#condition, __FILE__, __LINE__))
+#define ZAR_FUZZ_CHECK(condition)                                                                            \
+    ((condition) ? static_cast<void>(0) : ::ZarFuzz::Fail(#condition, __FILE__, __LINE__))

@@ -22,10 +22,7 @@ using Zar::ResourcesLibrary::Image::InputSequence;
 
 namespace {
 
-bool IsListSpace(char c)
-{
-    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
-}
+bool IsListSpace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
 void CheckItem(std::string const& item, std::string_view file)
 {

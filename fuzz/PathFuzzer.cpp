@@ -67,7 +67,8 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size)
 {
     FuzzedDataProvider provider(data, size);
     // Values past the table are included: lookups by value must fall back, never fail.
-    auto const format = static_cast<FileFormat>(provider.ConsumeIntegralInRange<int>(-1, kLastFileFormat + 3));
+    auto const format
+        = static_cast<FileFormat>(provider.ConsumeIntegralInRange<int>(-1, kLastFileFormat + 3));
     int const index = provider.ConsumeIntegral<int>();
     std::string const folder = provider.ConsumeRandomLengthString(700);
     std::string const pattern = provider.ConsumeRandomLengthString(700);

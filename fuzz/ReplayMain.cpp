@@ -1,7 +1,7 @@
 // The main of a fuzz target in the normal build, in place of libFuzzer's: every file named on the
 // command line, and every file of the folders named there (sub-folders included, in path order), is
-// passed once to the target's LLVMFuzzerTestOneInput. A target reports a broken invariant by aborting, and in the sanitizer
-// build the sanitizers stop at the first fault, so a failing input ends the run with a non-zero
+// passed once to the target's LLVMFuzzerTestOneInput. A target reports a broken invariant by aborting, and in
+// the sanitizer build the sanitizers stop at the first fault, so a failing input ends the run with a non-zero
 // status; its path is printed before it runs.
 //
 //   fuzz_replay_bmp_input SEED_FOLDER REGRESSION_FOLDER

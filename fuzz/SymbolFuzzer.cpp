@@ -30,7 +30,8 @@ bool Inside(std::string_view part, std::string_view whole)
     if (part.empty())
         return true;
     std::less_equal<char const*> const notAfter;
-    return notAfter(whole.data(), part.data()) && notAfter(part.data() + part.size(), whole.data() + whole.size());
+    return notAfter(whole.data(), part.data())
+        && notAfter(part.data() + part.size(), whole.data() + whole.size());
 }
 
 void CheckViews(Symbol const& symbol, std::string_view line)

@@ -6,8 +6,7 @@ namespace zar::logging {
 
 // What every logging back end offers to the code that logs. The back end itself is not part of
 // this system; it is plugged in through an ILoggerFactory.
-class ILogger
-{
+class ILogger {
 public:
     virtual ~ILogger() = default;
 

@@ -9,8 +9,7 @@
 namespace zar::logging {
 
 // The plug of a logging back end into the registry, installed once at start-up.
-class ILoggerFactory
-{
+class ILoggerFactory {
 public:
     virtual ~ILoggerFactory() = default;
 

@@ -4,8 +4,7 @@ namespace zar::logging {
 
 // The back end's nested diagnostic context. The registry only hands it out; nothing in this system
 // pushes or pops context yet, so the interface carries no operation beyond its destruction.
-class INestedDiagnosticContext
-{
+class INestedDiagnosticContext {
 public:
     virtual ~INestedDiagnosticContext() = 0;
 };

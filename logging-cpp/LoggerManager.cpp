@@ -26,21 +26,20 @@ std::shared_ptr<ILogger> LoggerManager::GetLoggerSharedPtr(std::string const& na
         return _factory->GetLogger(name);
     }
     if (_printWarnings)
-        std::cerr << "WARNING: returned logger for " << name << " is nullptr while SetFactory is not called" << std::endl;
+        std::cerr << "WARNING: returned logger for " << name << " is nullptr while SetFactory is not called"
+                  << std::endl;
     return nullptr;
 }
 
-ILogger* LoggerManager::GetLoggerPtr(std::string const& name)
-{
-    return GetLoggerSharedPtr(name).get();
-}
+ILogger* LoggerManager::GetLoggerPtr(std::string const& name) { return GetLoggerSharedPtr(name).get(); }
 
 ILogger& LoggerManager::GetLogger(std::string const& name)
 {
     ILogger* logger = GetLoggerPtr(name);
     if (logger == nullptr)
         throw std::runtime_error("You have created the logger " + name
-            + " before calling SetFactory. This method is deprecrated: you should call GetLoggerPtr instead.");
+            + " before calling SetFactory. This method is deprecrated: you should call GetLoggerPtr "
+              "instead.");
     return *logger;
 }
 

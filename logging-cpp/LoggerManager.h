@@ -13,8 +13,7 @@ namespace zar::logging {
 // The registry of named loggers. It starts without a factory, so every request yields no logger.
 // A factory may be installed and replaced until the first logger has been obtained from it; from
 // then on it is fixed, because handed-out raw pointers to its loggers must stay valid.
-class LoggerManager
-{
+class LoggerManager {
 public:
     // Constant initialisation lets a static registry be used by other static initialisers safely.
     constexpr LoggerManager() noexcept = default;

@@ -16,24 +16,12 @@ std::shared_ptr<ILogger> LoggingManager::GetLoggerSharedPtr(std::string const& n
     return loggerManager_.GetLoggerSharedPtr(name);
 }
 
-ILogger* LoggingManager::GetLoggerPtr(std::string const& name)
-{
-    return loggerManager_.GetLoggerPtr(name);
-}
+ILogger* LoggingManager::GetLoggerPtr(std::string const& name) { return loggerManager_.GetLoggerPtr(name); }
 
-ILogger& LoggingManager::GetLogger(std::string const& name)
-{
-    return loggerManager_.GetLogger(name);
-}
+ILogger& LoggingManager::GetLogger(std::string const& name) { return loggerManager_.GetLogger(name); }
 
-INestedDiagnosticContext* LoggingManager::GetNDC()
-{
-    return loggerManager_.GetNDC();
-}
+INestedDiagnosticContext* LoggingManager::GetNDC() { return loggerManager_.GetNDC(); }
 
-ILogger& GetLogger(std::string const& name)
-{
-    return LoggingManager::GetLogger(name);
-}
+ILogger& GetLogger(std::string const& name) { return LoggingManager::GetLogger(name); }
 
 } // namespace zar::logging

@@ -12,8 +12,7 @@ namespace zar::logging {
 
 // The process-wide registry: static functions over one LoggerManager that lives from static
 // initialisation to exit.
-class LoggingManager
-{
+class LoggingManager {
 public:
     LoggingManager() = delete;
 

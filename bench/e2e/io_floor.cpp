@@ -115,7 +115,8 @@ int main(int argc, char** argv)
     std::vector<char> buffer;
     for (char const* kind : { "icons/", "screens/" }) {
         if (ReadListed(root + kind, buffer) < 0) {
-            std::fprintf(stderr, "io_floor: a file listed in %s%slist.txt cannot be read\n", root.c_str(), kind);
+            std::fprintf(
+                stderr, "io_floor: a file listed in %s%slist.txt cannot be read\n", root.c_str(), kind);
             return 1;
         }
     }

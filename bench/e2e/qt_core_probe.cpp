@@ -3,7 +3,4 @@
 
 #include <QtGlobal>
 
-int main()
-{
-    return qVersion()[0] == '5' ? 0 : 1;
-}
+int main() { return qVersion()[0] == '5' ? 0 : 1; }

@@ -16,8 +16,7 @@ namespace Zar::Bench {
 // A bmp/ tree as the packager reads it, in a temporary folder that is removed with the object:
 // icons/ with 32 x 24 icons (1-bit and 4-bit in turn, names from IconNames) and screens/ with
 // 256 x 64 4-bit screens, each with its list.txt.
-class BmpTree
-{
+class BmpTree {
 public:
     static constexpr int kScreens = 4;
 

@@ -10,8 +10,7 @@ namespace Zar::Bench {
 // A read-only stream over bytes held in memory, so that a loader's decoding is measured without
 // the file system. Making one costs no copy of the bytes, so a benchmark can make a fresh stream
 // for every decode, as the loader opens a fresh file for every image.
-class MemoryStream : private std::streambuf, public std::istream
-{
+class MemoryStream : private std::streambuf, public std::istream {
 public:
     explicit MemoryStream(std::vector<uint8_t> const& bytes)
         : std::istream(static_cast<std::streambuf*>(this))

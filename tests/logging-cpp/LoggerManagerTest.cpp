@@ -17,12 +17,12 @@ namespace {
 using test::RecordingLogger;
 using test::RecordingLoggerFactory;
 
-std::string const LoggerWarning = "WARNING: returned logger for main is nullptr while SetFactory is not called\n";
+std::string const LoggerWarning
+    = "WARNING: returned logger for main is nullptr while SetFactory is not called\n";
 std::string const NdcWarning = "WARNING: returned NDC is nullptr while SetFactory is not called\n";
 
 // A recording factory that tells when it is destroyed.
-class TrackedFactory : public RecordingLoggerFactory
-{
+class TrackedFactory : public RecordingLoggerFactory {
 public:
     TrackedFactory(std::shared_ptr<RecordingLogger> logger, bool& destroyed)
         : RecordingLoggerFactory(std::move(logger))
@@ -37,16 +37,14 @@ private:
 };
 
 // A back end that knows no logger of any name.
-class EmptyFactory : public ILoggerFactory
-{
+class EmptyFactory : public ILoggerFactory {
 public:
     std::shared_ptr<ILogger> GetLogger(std::string const&) override { return nullptr; }
     INestedDiagnosticContext* GetNDC() override { return nullptr; }
 };
 
 // Runs `call` and returns what it wrote to standard error.
-template <typename Call>
-std::string StandardErrorOf(Call call)
+template <typename Call> std::string StandardErrorOf(Call call)
 {
     ::testing::internal::CaptureStderr();
     call();
@@ -60,7 +58,8 @@ void ExpectDeprecatedGetLoggerFails(LoggerManager& manager, std::string const& n
         FAIL() << "no exception";
     } catch (std::runtime_error const& e) {
         EXPECT_EQ("You have created the logger " + name
-                + " before calling SetFactory. This method is deprecrated: you should call GetLoggerPtr instead.",
+                + " before calling SetFactory. This method is deprecrated: you should call GetLoggerPtr "
+                  "instead.",
             e.what());
     }
 }
@@ -80,7 +79,8 @@ TEST(LoggerManagerTest, AfterPrintWarningRequestsWithoutFactoryWarn)
     LoggerManager manager;
     manager.PrintWarning();
     EXPECT_EQ(LoggerWarning, StandardErrorOf([&] { EXPECT_EQ(nullptr, manager.GetLoggerPtr("main")); }));
-    EXPECT_EQ(LoggerWarning, StandardErrorOf([&] { EXPECT_EQ(nullptr, manager.GetLoggerSharedPtr("main")); }));
+    EXPECT_EQ(
+        LoggerWarning, StandardErrorOf([&] { EXPECT_EQ(nullptr, manager.GetLoggerSharedPtr("main")); }));
     EXPECT_EQ(NdcWarning, StandardErrorOf([&] { EXPECT_EQ(nullptr, manager.GetNDC()); }));
 }
 
@@ -154,7 +154,8 @@ TEST(LoggerManagerTest, FactoryIsFixedOnceALoggerWasHandedOut)
     ASSERT_EQ(installed.get(), manager.GetLoggerPtr("main"));
 
     bool offeredDestroyed = false;
-    EXPECT_FALSE(manager.SetFactory(std::make_unique<TrackedFactory>(std::make_shared<RecordingLogger>(), offeredDestroyed)));
+    EXPECT_FALSE(manager.SetFactory(
+        std::make_unique<TrackedFactory>(std::make_shared<RecordingLogger>(), offeredDestroyed)));
     EXPECT_TRUE(offeredDestroyed);
     EXPECT_EQ(installed.get(), manager.GetLoggerPtr("main"));
 }
@@ -164,7 +165,8 @@ TEST(LoggerManagerTest, AskingForTheContextDoesNotFixTheFactory)
     LoggerManager manager;
     manager.SetFactory(std::make_unique<RecordingLoggerFactory>(std::make_shared<RecordingLogger>()));
     manager.GetNDC();
-    EXPECT_TRUE(manager.SetFactory(std::make_unique<RecordingLoggerFactory>(std::make_shared<RecordingLogger>())));
+    EXPECT_TRUE(
+        manager.SetFactory(std::make_unique<RecordingLoggerFactory>(std::make_shared<RecordingLogger>())));
 }
 
 TEST(LoggerManagerTest, RemovingTheFactoryIsAllowedBeforeUse)
@@ -173,7 +175,8 @@ TEST(LoggerManagerTest, RemovingTheFactoryIsAllowedBeforeUse)
     manager.SetFactory(std::make_unique<RecordingLoggerFactory>(std::make_shared<RecordingLogger>()));
     EXPECT_TRUE(manager.SetFactory(nullptr));
     EXPECT_EQ(nullptr, manager.GetLoggerPtr("main"));
-    EXPECT_TRUE(manager.SetFactory(std::make_unique<RecordingLoggerFactory>(std::make_shared<RecordingLogger>())));
+    EXPECT_TRUE(
+        manager.SetFactory(std::make_unique<RecordingLoggerFactory>(std::make_shared<RecordingLogger>())));
 }
 
 TEST(LoggerManagerTest, FactoryWithoutTheLoggerIsStillUsed)

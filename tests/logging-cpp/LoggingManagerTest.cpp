@@ -14,11 +14,10 @@ namespace {
 using test::RecordingLogger;
 using test::RecordingLoggerFactory;
 
-std::string const DeprecatedMessage
-    = "You have created the logger main before calling SetFactory. This method is deprecrated: you should call GetLoggerPtr instead.";
+std::string const DeprecatedMessage = "You have created the logger main before calling SetFactory. This "
+                                      "method is deprecrated: you should call GetLoggerPtr instead.";
 
-template <typename Call>
-void ExpectRuntimeError(Call call, std::string const& message)
+template <typename Call> void ExpectRuntimeError(Call call, std::string const& message)
 {
     try {
         call();

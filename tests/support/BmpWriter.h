@@ -16,15 +16,13 @@
 
 namespace TestSupport {
 
-class BmpWriter
-{
+class BmpWriter {
 public:
     // Palette entries as 0x00RRGGBB; written blue, green, red, reserved.
     static constexpr uint32_t kWhite = 0x00FFFFFF;
     static constexpr uint32_t kBlack = 0x00000000;
 
-    enum PaletteOrder
-    {
+    enum PaletteOrder {
         WhiteFirst,
         BlackFirst,
     };
@@ -67,19 +65,20 @@ public:
     std::optional<size_t> truncateTo;
 
     // A 1-bit image, bottom-up unless topDown, with a black/white palette in the given order.
-    static BmpWriter Mono(int32_t width, std::vector<std::vector<uint8_t>> rows, PaletteOrder order,
-        bool topDown = false)
+    static BmpWriter Mono(
+        int32_t width, std::vector<std::vector<uint8_t>> rows, PaletteOrder order, bool topDown = false)
     {
         BmpWriter bmp;
         bmp.bitCount = 1;
-        bmp.palette = order == WhiteFirst ? std::vector<uint32_t> { kWhite, kBlack } : std::vector<uint32_t> { kBlack, kWhite };
+        bmp.palette = order == WhiteFirst ? std::vector<uint32_t> { kWhite, kBlack }
+                                          : std::vector<uint32_t> { kBlack, kWhite };
         bmp.SetRows(width, std::move(rows), topDown);
         return bmp;
     }
 
     // A 4-bit image with a 16-level grey ramp, ascending (black first) or descending (white first).
-    static BmpWriter Gray4(int32_t width, std::vector<std::vector<uint8_t>> rows, PaletteOrder order,
-        bool topDown = false)
+    static BmpWriter Gray4(
+        int32_t width, std::vector<std::vector<uint8_t>> rows, PaletteOrder order, bool topDown = false)
     {
         BmpWriter bmp;
         bmp.bitCount = 4;
@@ -113,8 +112,7 @@ public:
     // order the file stores them (bottom row first when the height is positive) with one call of
     // next() per byte, padding included: the benchmarks' and fuzz targets' files, whose whole pixel
     // data is one pattern.
-    template <typename NextByte>
-    void FillRows(int32_t rowsHeight, NextByte next)
+    template <typename NextByte> void FillRows(int32_t rowsHeight, NextByte next)
     {
         height = rowsHeight;
         int64_t const signedCount = rowsHeight;

@@ -23,8 +23,7 @@
 namespace zar::logging::test {
 
 // One call of ILogger::Log; a null file is kept as "no file" so that tests can tell it from "".
-struct LogRecord
-{
+struct LogRecord {
     int level = 0;
     std::string message;
     std::optional<std::string> file;
@@ -36,12 +35,12 @@ struct LogRecord
     friend std::ostream& operator<<(std::ostream& out, LogRecord const& record)
     {
         return out << "{" << record.level << ", \"" << record.message << "\", "
-                   << (record.file ? "\"" + *record.file + "\"" : std::string("null")) << ", " << record.line << "}";
+                   << (record.file ? "\"" + *record.file + "\"" : std::string("null")) << ", " << record.line
+                   << "}";
     }
 };
 
-class RecordingLogger : public ILogger
-{
+class RecordingLogger : public ILogger {
 public:
     void Log(int level, std::string const& message, char const* file, unsigned line) override
     {
@@ -67,12 +66,9 @@ private:
 };
 
 // A context with no behaviour, so that tests can check which context the registry hands out.
-class RecordingContext : public INestedDiagnosticContext
-{
-};
+class RecordingContext : public INestedDiagnosticContext { };
 
-class RecordingLoggerFactory : public ILoggerFactory
-{
+class RecordingLoggerFactory : public ILoggerFactory {
 public:
     explicit RecordingLoggerFactory(std::shared_ptr<RecordingLogger> logger)
         : _logger(std::move(logger))

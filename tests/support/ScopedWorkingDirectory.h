@@ -8,8 +8,7 @@
 
 namespace TestSupport {
 
-class ScopedWorkingDirectory
-{
+class ScopedWorkingDirectory {
 public:
     explicit ScopedWorkingDirectory(std::filesystem::path const& folder)
         : _previous(std::filesystem::current_path())

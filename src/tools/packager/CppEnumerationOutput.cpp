@@ -40,9 +40,11 @@ void CppEnumerationOutput::WriteFooter(int count)
         // Last is printed unsigned, so a negative first value shows as its 32-bit two's complement;
         // the sum is done in unsigned arithmetic so that it wraps instead of overflowing.
         uint32_t const last = static_cast<uint32_t>(count) + static_cast<uint32_t>(_first) - 1u;
-        _stream << "    static constexpr " << index << " Last = static_cast<" << index << ">(" << last << ");\n";
+        _stream << "    static constexpr " << index << " Last = static_cast<" << index << ">(" << last
+                << ");\n";
     }
-    _stream << "    static constexpr " << index << " First = static_cast<" << index << ">(" << _first << ");\n"
+    _stream << "    static constexpr " << index << " First = static_cast<" << index << ">(" << _first
+            << ");\n"
             << "    static constexpr " << index << " Count = " << count << ";\n"
             << "};\n"
             << "\n"

@@ -6,8 +6,7 @@ namespace Zar::ResourcesLibrary::Tools {
 
 // Writes the C++ header declaring the enumeration, its index type, the struct with First, Last and
 // Count, and the comparisons between the enumeration and its index type.
-class CppEnumerationOutput : public EnumerationOutput
-{
+class CppEnumerationOutput : public EnumerationOutput {
 public:
     using EnumerationOutput::EnumerationOutput;
     using EnumerationOutput::Write;

@@ -8,8 +8,7 @@ namespace Zar::ResourcesLibrary::Tools {
 // What one generated enumeration file holds: the singular name every identifier and file name is
 // built from, the value of the first enumerator (0 leaves it implicit) and whether enumerator names
 // are capitalised.
-struct EnumerationOption
-{
+struct EnumerationOption {
     std::string name;
     int32_t first;
     bool capitalize;

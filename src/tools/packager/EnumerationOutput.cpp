@@ -33,10 +33,7 @@ void EnumerationOutput::Write(Zar::Lt::Core::IStringReadOnlyCollection const& na
     });
 }
 
-int EnumerationOutput::Count() const
-{
-    return _count;
-}
+int EnumerationOutput::Count() const { return _count; }
 
 std::string EnumerationOutput::CleanName(std::string_view name)
 {

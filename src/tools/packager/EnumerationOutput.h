@@ -14,8 +14,7 @@ namespace Zar::ResourcesLibrary::Tools {
 // Base of the writers of the generated source files. The exporter calls WriteHeader(), then
 // Write(names, offset), then WriteFooter(Count()); each derived writer decides what the pieces look
 // like and writes them straight to the stream, so a failure halfway leaves the text written so far.
-class EnumerationOutput
-{
+class EnumerationOutput {
 public:
     EnumerationOutput(std::ostream& stream, EnumerationOption const& option);
     virtual ~EnumerationOutput();

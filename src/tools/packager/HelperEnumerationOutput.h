@@ -6,8 +6,7 @@ namespace Zar::ResourcesLibrary::Tools {
 
 // Writes the C++ source of GetString(value), which maps an enumeration value back to its name
 // through a table indexed from 0.
-class HelperEnumerationOutput : public EnumerationOutput
-{
+class HelperEnumerationOutput : public EnumerationOutput {
 public:
     using EnumerationOutput::EnumerationOutput;
     using EnumerationOutput::Write;

@@ -44,8 +44,9 @@ constexpr uint32_t kNameLine = 264;
 constexpr char kCloseFunction[] = "void Zar::ResourcesLibrary::Tools::PackExporter::Close()";
 constexpr char kCloseSectorFunction[] = "void Zar::ResourcesLibrary::Tools::PackExporter::CloseSector()";
 constexpr char kWriteHeaderFunction[] = "void Zar::ResourcesLibrary::Tools::PackExporter::WriteHeader()";
-constexpr char kProcessIconFunction[] = "void Zar::ResourcesLibrary::Tools::PackExporter::ProcessIcon("
-                                        "int, const string_view&, Zar::ResourcesLibrary::Image::MutableImage&)";
+constexpr char kProcessIconFunction[]
+    = "void Zar::ResourcesLibrary::Tools::PackExporter::ProcessIcon("
+      "int, const string_view&, Zar::ResourcesLibrary::Image::MutableImage&)";
 
 // Names become identifiers in the generated C++ and Python sources.
 constexpr char kForbiddenNameCharacters[] = "-\".,'";
@@ -138,7 +139,8 @@ void PackExporter::CloseSector()
     if (_offset == 0)
         return;
     int const tail = kSectorSize - _offset;
-    ZAR_CHECK(PreCondition, tail > 0, "", ZAR_SOURCE_INFO_OF(kCloseSectorFunction, ZAR_SOURCE_FILE, __LINE__));
+    ZAR_CHECK(
+        PreCondition, tail > 0, "", ZAR_SOURCE_INFO_OF(kCloseSectorFunction, ZAR_SOURCE_FILE, __LINE__));
     WritePadding(tail);
     _crcTable.push_back(_crc.Value(PackFormat::kPadding, static_cast<unsigned>(tail)));
     _crc.Reset();
@@ -177,15 +179,14 @@ void PackExporter::WriteHeader()
     names.Append(_imageNames);
     std::memcpy(header.data() + PackFormat::kNamesUsedOffset, &names, sizeof names);
 
-    _packFile.write(reinterpret_cast<char const*>(header.data()), static_cast<std::streamsize>(header.size()));
+    _packFile.write(
+        reinterpret_cast<char const*>(header.data()), static_cast<std::streamsize>(header.size()));
 }
 
 void PackExporter::Process(Zar::ResourcesLibrary::Image::InputSequence& sequence)
 {
-    sequence.LoadAll(
-        [this](int index, std::string_view const& name, MutableImage& image) {
-            return ProcessImage(index, name, image);
-        },
+    sequence.LoadAll([this](int index, std::string_view const& name,
+                         MutableImage& image) { return ProcessImage(index, name, image); },
         1);
 }
 
@@ -266,7 +267,8 @@ void PackExporter::WriteCEnumerationFile(EnumerationOption const& option, int of
 
 void PackExporter::WritePythonEnumerationFile(EnumerationOption const& option, int offset)
 {
-    auto file = CreateOutputFile(option.name + "s.py", ZAR_SOURCE_INFO_AT(kSourceFile, kPythonEnumerationLine));
+    auto file
+        = CreateOutputFile(option.name + "s.py", ZAR_SOURCE_INFO_AT(kSourceFile, kPythonEnumerationLine));
     PythonEnumerationOutput output(file, option);
     WriteEnumeration(output, offset);
     // Lets a test script print the numbers it will use.
@@ -311,8 +313,8 @@ void PackExporter::WriteScreensEnumerationFile()
     WritePythonEnumerationFile(option, offset);
 }
 
-std::ofstream PackExporter::CreateOutputFile(std::string const& fileName,
-    Zar::Lt::Exceptions::SourceInfo const& source) const
+std::ofstream PackExporter::CreateOutputFile(
+    std::string const& fileName, Zar::Lt::Exceptions::SourceInfo const& source) const
 {
     std::string const path = Zar::Lt::Core::Path::Combine(_outputFolder, fileName);
     std::ofstream file(path, std::ios::out | std::ios::binary | std::ios::trunc);

@@ -29,8 +29,7 @@ class EnumerationOutput;
 // then the screen sectors (every screen on fresh sectors), each sector protected by a CRC-16. It
 // also collects the image names for the generated source files and the failures of single images,
 // which it reports all together when it is closed.
-class PackExporter
-{
+class PackExporter {
 public:
     // Spelt through this alias so that the function signatures recorded in exceptions read
     // "const string_view&": those records are fixed, so that logs stay comparable between builds.
@@ -83,7 +82,8 @@ public:
 private:
     // Opens a generated file in the output folder; throws "Cannot save file '<path>'" with the
     // given source record when it cannot be created.
-    std::ofstream CreateOutputFile(std::string const& fileName, Zar::Lt::Exceptions::SourceInfo const& source) const;
+    std::ofstream CreateOutputFile(
+        std::string const& fileName, Zar::Lt::Exceptions::SourceInfo const& source) const;
     void WriteEnumeration(EnumerationOutput& output, int offset) const;
     void WritePadding(int count);
     void PrintSummary() const;

@@ -6,8 +6,7 @@ namespace Zar::ResourcesLibrary::Tools {
 
 // Writes the Python Commands enumeration: the remote controller's fixed keys, then one command per
 // icon that is neither "empty" nor a "_Selected" variant.
-class PythonCommandsOutput : public EnumerationOutput
-{
+class PythonCommandsOutput : public EnumerationOutput {
 public:
     using EnumerationOutput::EnumerationOutput;
     using EnumerationOutput::Write;

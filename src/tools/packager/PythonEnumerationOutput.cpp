@@ -19,9 +19,6 @@ void PythonEnumerationOutput::Write(int index, std::string_view const& name)
     _stream << "\n";
 }
 
-void PythonEnumerationOutput::WriteFooter(int count)
-{
-    _stream << "\n#" << count << " " << _name << "(s)\n";
-}
+void PythonEnumerationOutput::WriteFooter(int count) { _stream << "\n#" << count << " " << _name << "(s)\n"; }
 
 } // namespace Zar::ResourcesLibrary::Tools

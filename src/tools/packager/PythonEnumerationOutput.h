@@ -6,8 +6,7 @@ namespace Zar::ResourcesLibrary::Tools {
 
 // Writes a Python module declaring the entries as an IntEnum, so that test scripts use the same
 // numbers as the firmware.
-class PythonEnumerationOutput : public EnumerationOutput
-{
+class PythonEnumerationOutput : public EnumerationOutput {
 public:
     using EnumerationOutput::EnumerationOutput;
     using EnumerationOutput::Write;

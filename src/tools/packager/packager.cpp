@@ -103,8 +103,8 @@ int main(int argc, char** argv)
         // A failed build is reported only to an installed logger; the exit status stays 0 so that
         // the build scripts calling the tool carry on.
         if (logger)
-            Zar::Lt::Logging::ExceptionLogger::LogStack(*logger, std::current_exception(),
-                "src/tools/packager/packager", 121);
+            Zar::Lt::Logging::ExceptionLogger::LogStack(
+                *logger, std::current_exception(), "src/tools/packager/packager", 121);
     }
     return 0;
 }

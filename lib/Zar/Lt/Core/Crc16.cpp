@@ -15,7 +15,8 @@ constexpr uint16_t SingleByteCrc(uint8_t byte)
 {
     uint16_t crc = byte;
     for (int bit = 0; bit < 8; ++bit)
-        crc = (crc & 1) ? static_cast<uint16_t>((crc >> 1) ^ kReflectedPolynomial) : static_cast<uint16_t>(crc >> 1);
+        crc = (crc & 1) ? static_cast<uint16_t>((crc >> 1) ^ kReflectedPolynomial)
+                        : static_cast<uint16_t>(crc >> 1);
     return crc;
 }
 

@@ -8,8 +8,7 @@ namespace Zar::Lt::Core {
 
 // CRC-16/ARC (polynomial 0x8005 reflected, initial value 0, no final exclusive-or), fed one byte at
 // a time so that a writer can keep it running beside the bytes it writes.
-class Crc16
-{
+class Crc16 {
 public:
     // Feeds one byte; returns the new value.
     uint16_t Next(uint8_t byte);

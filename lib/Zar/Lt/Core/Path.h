@@ -5,8 +5,7 @@
 
 namespace Zar::Lt::Core {
 
-class Path
-{
+class Path {
 public:
     // Joins a folder and a file name with one '/'. An absolute name replaces the folder; nothing is
     // normalised, and only '/' counts as a separator.

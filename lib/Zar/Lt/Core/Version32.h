@@ -6,8 +6,7 @@ namespace Zar::Lt::Core {
 
 // A version of four 8-bit parts held in one 32-bit value, Major in the most significant byte, so that
 // versions compare as plain numbers and store as one word.
-class Version32
-{
+class Version32 {
 public:
     constexpr Version32() = default;
     constexpr explicit Version32(uint32_t value)
@@ -16,7 +15,7 @@ public:
     }
     constexpr Version32(uint8_t major, uint8_t minor, uint8_t patch, uint8_t build)
         : _value(static_cast<uint32_t>(major) << 24 | static_cast<uint32_t>(minor) << 16
-                 | static_cast<uint32_t>(patch) << 8 | build)
+            | static_cast<uint32_t>(patch) << 8 | build)
     {
     }
 

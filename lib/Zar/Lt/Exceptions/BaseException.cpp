@@ -16,10 +16,7 @@ BaseException::BaseException(SourceInfo source, std::string message)
 
 BaseException::~BaseException() = default;
 
-char const* BaseException::what() const noexcept
-{
-    return _message.c_str();
-}
+char const* BaseException::what() const noexcept { return _message.c_str(); }
 
 std::exception const* BaseException::Inner(std::exception const* e)
 {
@@ -68,9 +65,6 @@ std::vector<std::exception const*> BaseException::AllInner() const
     return causes;
 }
 
-std::string BaseException::Demangle(char const* name)
-{
-    return TypeInfo::Demangle(name);
-}
+std::string BaseException::Demangle(char const* name) { return TypeInfo::Demangle(name); }
 
 } // namespace Zar::Lt::Exceptions

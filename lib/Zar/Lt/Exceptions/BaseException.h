@@ -10,8 +10,7 @@ namespace Zar::Lt::Exceptions {
 
 // Root of every exception the system throws: a message, the place it was raised and the call stack
 // captured at that moment. Causes are chained with std::nested_exception (std::throw_with_nested).
-class BaseException : public std::exception
-{
+class BaseException : public std::exception {
 public:
     BaseException(SourceInfo source, std::string message);
     ~BaseException() override;

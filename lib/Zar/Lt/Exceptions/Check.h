@@ -27,9 +27,7 @@
 namespace Zar::Lt::Exceptions::Detail {
 
 // A source path held in static storage with its extension removed, computed at compile time.
-template <std::size_t N>
-struct SourcePath
-{
+template <std::size_t N> struct SourcePath {
     char text[N] {};
 
     constexpr SourcePath(char const (&path)[N])
@@ -48,8 +46,7 @@ struct SourcePath
     }
 };
 
-template <SourcePath Path>
-inline constexpr auto kSourcePath = Path;
+template <SourcePath Path> inline constexpr auto kSourcePath = Path;
 
 // "PreCondition" + " " + condition text, and " " + detail when there is one.
 inline std::string CheckMessage(char const* word, char const* condition, std::string const& detail)
@@ -64,18 +61,18 @@ inline std::string CheckMessage(char const* word, char const* condition, std::st
 
 #define ZAR_SOURCE_FILE (::Zar::Lt::Exceptions::Detail::kSourcePath<__FILE__>.text)
 
-#define ZAR_SOURCE_INFO() \
+#define ZAR_SOURCE_INFO()                                                                                    \
     (::Zar::Lt::Exceptions::SourceInfo { __PRETTY_FUNCTION__, ZAR_SOURCE_FILE, __LINE__ })
 
 #define ZAR_SOURCE_INFO_AT(file, line) (::Zar::Lt::Exceptions::SourceInfo { __PRETTY_FUNCTION__, file, line })
 
 #define ZAR_SOURCE_INFO_OF(function, file, line) (::Zar::Lt::Exceptions::SourceInfo { function, file, line })
 
-#define ZAR_CHECK(Kind, condition, detail, source)                                                     \
-    do {                                                                                               \
-        if (!(condition))                                                                              \
-            throw ::Zar::Lt::Exceptions::Kind(                                                         \
-                source, ::Zar::Lt::Exceptions::Detail::CheckMessage(#Kind, #condition, detail));       \
+#define ZAR_CHECK(Kind, condition, detail, source)                                                           \
+    do {                                                                                                     \
+        if (!(condition))                                                                                    \
+            throw ::Zar::Lt::Exceptions::Kind(                                                               \
+                source, ::Zar::Lt::Exceptions::Detail::CheckMessage(#Kind, #condition, detail));             \
     } while (false)
 
 #define ZAR_PRECONDITION(condition) ZAR_CHECK(PreCondition, condition, "", ZAR_SOURCE_INFO())

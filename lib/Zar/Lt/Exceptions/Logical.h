@@ -5,9 +5,7 @@
 namespace Zar::Lt::Exceptions {
 
 // Base of the programming-error family: broken pre- and postconditions, unsupported operations.
-template <typename T>
-class Logical : public Base<T>
-{
+template <typename T> class Logical : public Base<T> {
 public:
     using Base<T>::Base;
 };

@@ -5,8 +5,7 @@
 namespace Zar::Lt::Exceptions {
 
 // The operation is not offered by this class.
-class NotSupported : public Logical<NotSupported>
-{
+class NotSupported : public Logical<NotSupported> {
 public:
     using Logical<NotSupported>::Logical;
 };

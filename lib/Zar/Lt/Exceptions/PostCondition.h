@@ -5,8 +5,7 @@
 namespace Zar::Lt::Exceptions {
 
 // A condition that a function promises on its way out did not hold.
-class PostCondition : public Logical<PostCondition>
-{
+class PostCondition : public Logical<PostCondition> {
 public:
     using Logical<PostCondition>::Logical;
 };

@@ -5,8 +5,7 @@
 namespace Zar::Lt::Exceptions {
 
 // A condition that a caller had to meet did not hold.
-class PreCondition : public Logical<PreCondition>
-{
+class PreCondition : public Logical<PreCondition> {
 public:
     using Logical<PreCondition>::Logical;
 };

@@ -23,8 +23,7 @@ constexpr int kInterceptorFrames = 1;
 constexpr int kInterceptorFrames = 0;
 #endif
 
-struct FreeDeleter
-{
+struct FreeDeleter {
     void operator()(char** lines) const noexcept { std::free(lines); }
 };
 
@@ -84,7 +83,8 @@ int StackInfo::Callee(std::string_view function, std::vector<std::string> const&
 Symbol StackInfo::Callee(char const* function)
 {
     auto frames = Current(1, nullptr);
-    int const position = Callee(function == nullptr ? std::string_view() : std::string_view(function), frames);
+    int const position
+        = Callee(function == nullptr ? std::string_view() : std::string_view(function), frames);
     Symbol caller;
     // No match, or a match in the outermost captured frame, leaves no calling frame to describe.
     if (position < 0 || static_cast<std::size_t>(position) >= frames.size())
@@ -94,9 +94,6 @@ Symbol StackInfo::Callee(char const* function)
     return caller;
 }
 
-Symbol StackInfo::Callee(std::string const& function)
-{
-    return Callee(function.c_str());
-}
+Symbol StackInfo::Callee(std::string const& function) { return Callee(function.c_str()); }
 
 } // namespace Zar::Lt::Exceptions

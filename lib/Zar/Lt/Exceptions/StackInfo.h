@@ -9,8 +9,7 @@
 namespace Zar::Lt::Exceptions {
 
 // Captures the call stack as the text lines of backtrace_symbols and turns them into symbols.
-class StackInfo
-{
+class StackInfo {
 public:
     static constexpr int DefaultSkip = 0;
     static constexpr int kMaxFrames = 30;

@@ -19,7 +19,8 @@ namespace {
 constexpr char kParseSignatureFunction[] = "void Zar::Lt::Exceptions::Symbol::ParseSignature()";
 
 // The text between `from` and `to`, or nothing when the range is empty or reversed.
-std::string_view Between(std::string_view text, std::string_view::size_type from, std::string_view::size_type to)
+std::string_view Between(
+    std::string_view text, std::string_view::size_type from, std::string_view::size_type to)
 {
     if (from >= to || from >= text.size())
         return {};
@@ -58,15 +59,9 @@ std::string_view Rebase(std::string_view view, char const* oldBase, bool inside,
 
 } // namespace
 
-Symbol::Symbol(std::string_view line)
-{
-    Fill(line);
-}
+Symbol::Symbol(std::string_view line) { Fill(line); }
 
-Symbol::Symbol(Symbol&& other) noexcept
-{
-    TakeOver(other);
-}
+Symbol::Symbol(Symbol&& other) noexcept { TakeOver(other); }
 
 Symbol& Symbol::operator=(Symbol&& other) noexcept
 {
@@ -152,7 +147,8 @@ void Symbol::Fill(std::string_view line)
     if (open != std::string_view::npos) {
         _libraryFullPath = line.substr(0, open);
         auto const slash = _libraryFullPath.rfind('/');
-        _libraryName = slash == std::string_view::npos ? _libraryFullPath : _libraryFullPath.substr(slash + 1);
+        _libraryName
+            = slash == std::string_view::npos ? _libraryFullPath : _libraryFullPath.substr(slash + 1);
         start = open + 1;
     }
 

@@ -12,8 +12,7 @@ namespace Zar::Lt::Exceptions {
 // the line the symbol was filled from (or into the symbol's own copy of it, see FillOwned); the
 // others point into the symbol's own demangled signature. Moving re-points the views that refer to
 // the symbol's own strings, since a short string's characters move with the object.
-class Symbol
-{
+class Symbol {
 public:
     Symbol() = default;
     explicit Symbol(std::string_view line);

@@ -9,8 +9,7 @@ namespace Zar::Lt::Exceptions {
 
 namespace {
 
-struct FreeDeleter
-{
+struct FreeDeleter {
     void operator()(char* text) const noexcept { std::free(text); }
 };
 

@@ -17,7 +17,8 @@ std::string const InvalidException = "Invalid exception";
 
 void LogInvalid(ILogger& logger, int indent, char const* file, unsigned line)
 {
-    logger.Log(ExceptionLogger::kExceptionLevel, std::string(Indentation::Of(indent)) + InvalidException, file, line);
+    logger.Log(ExceptionLogger::kExceptionLevel, std::string(Indentation::Of(indent)) + InvalidException,
+        file, line);
 }
 
 // Logs the cause nested in `exception`, if any, at `indent` and its own causes below it. A
@@ -39,7 +40,8 @@ void LogNestedCause(ILogger& logger, std::exception const& exception, int indent
 
 } // namespace
 
-void ExceptionLogger::LogStack(ILogger& logger, std::exception_ptr const& exception, char const* file, unsigned line)
+void ExceptionLogger::LogStack(
+    ILogger& logger, std::exception_ptr const& exception, char const* file, unsigned line)
 {
     // Rethrowing an empty pointer is undefined, so it is reported like an unknown exception.
     if (!exception) {
@@ -57,14 +59,16 @@ void ExceptionLogger::LogStack(ILogger& logger, std::exception_ptr const& except
     }
 }
 
-void ExceptionLogger::LogStack(ILogger& logger, BaseException const& exception, char const* file, unsigned line)
+void ExceptionLogger::LogStack(
+    ILogger& logger, BaseException const& exception, char const* file, unsigned line)
 {
     Log(logger, exception, 0);
     LogNestedCause(logger, exception, 2);
     LogCallStack(logger, BaseException::MostInnerBase(&exception)->CallStack(), file, line);
 }
 
-void ExceptionLogger::LogStack(ILogger& logger, std::exception const& exception, char const* file, unsigned line)
+void ExceptionLogger::LogStack(
+    ILogger& logger, std::exception const& exception, char const* file, unsigned line)
 {
     logger.Log(kExceptionLevel, exception.what(), file, line);
     LogNestedCause(logger, exception, 2);
@@ -90,7 +94,8 @@ void ExceptionLogger::RecurseLogStack(ILogger& logger, std::exception const& exc
     LogNestedCause(logger, exception, indent);
 }
 
-void ExceptionLogger::LogCallStack(ILogger& logger, std::vector<std::string> const& callStack, char const* file, unsigned line)
+void ExceptionLogger::LogCallStack(
+    ILogger& logger, std::vector<std::string> const& callStack, char const* file, unsigned line)
 {
     logger.Log(kStackLevel, "Stack trace:", file, line);
     for (auto const& symbol : Exceptions::StackInfo::Symbols(callStack, 0)) {
@@ -100,7 +105,8 @@ void ExceptionLogger::LogCallStack(ILogger& logger, std::vector<std::string> con
     }
 }
 
-void ExceptionLogger::Print(std::ostream& out, Exceptions::Symbol const& symbol, std::string_view suffix, int indent)
+void ExceptionLogger::Print(
+    std::ostream& out, Exceptions::Symbol const& symbol, std::string_view suffix, int indent)
 {
     // The caller's stream is lent, so its number format is given back as it was.
     auto const flags = out.flags();

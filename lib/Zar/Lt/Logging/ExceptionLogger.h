@@ -15,8 +15,7 @@ namespace Zar::Lt::Logging {
 // Writes a caught exception to a logger: its message, each nested cause one step deeper, and the
 // call stack of the innermost BaseException of the chain, where the failure began. Exception lines
 // are logged at ExceptionLevel and the stack at StackLevel.
-class ExceptionLogger
-{
+class ExceptionLogger {
 public:
     static constexpr int kExceptionLevel = 20;
     static constexpr int kStackLevel = 50;
@@ -26,9 +25,12 @@ public:
     ExceptionLogger() = delete;
 
     // `file` and `line` name the place that caught the exception.
-    static void LogStack(zar::logging::ILogger& logger, std::exception_ptr const& exception, char const* file, unsigned line);
-    static void LogStack(zar::logging::ILogger& logger, Exceptions::BaseException const& exception, char const* file, unsigned line);
-    static void LogStack(zar::logging::ILogger& logger, std::exception const& exception, char const* file, unsigned line);
+    static void LogStack(
+        zar::logging::ILogger& logger, std::exception_ptr const& exception, char const* file, unsigned line);
+    static void LogStack(zar::logging::ILogger& logger, Exceptions::BaseException const& exception,
+        char const* file, unsigned line);
+    static void LogStack(
+        zar::logging::ILogger& logger, std::exception const& exception, char const* file, unsigned line);
 
     static void Log(zar::logging::ILogger& logger, Exceptions::BaseException const& exception, int indent);
     static void Log(zar::logging::ILogger& logger, std::exception const& exception, int indent);
@@ -36,9 +38,11 @@ public:
     // Logs the causes nested below `exception`, the first one at `indent`.
     static void RecurseLogStack(zar::logging::ILogger& logger, std::exception const& exception, int indent);
 
-    static void LogCallStack(zar::logging::ILogger& logger, std::vector<std::string> const& callStack, char const* file, unsigned line);
+    static void LogCallStack(zar::logging::ILogger& logger, std::vector<std::string> const& callStack,
+        char const* file, unsigned line);
 
-    static void Print(std::ostream& out, Exceptions::Symbol const& symbol, std::string_view suffix, int indent);
+    static void Print(
+        std::ostream& out, Exceptions::Symbol const& symbol, std::string_view suffix, int indent);
 };
 
 } // namespace Zar::Lt::Logging

@@ -6,10 +6,10 @@ namespace Zar::Lt::Logging {
 
 // Leading blanks of log lines. Indentation is taken from one fixed string, so it is bounded: a
 // deeply nested cause is written at the deepest indentation instead of ever wider.
-class Indentation
-{
+class Indentation {
 public:
-    static constexpr std::string_view _spaces = "                                                                ";
+    static constexpr std::string_view _spaces
+        = "                                                                ";
     static_assert(_spaces.size() == 64);
 
     // The last `count` blanks of _spaces: none for a negative count, at most 64.

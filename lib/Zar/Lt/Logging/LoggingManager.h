@@ -7,8 +7,7 @@
 namespace Zar::Lt::Logging {
 
 // The core library's door to the process-wide logger registry of the logging facade.
-class LoggingManager
-{
+class LoggingManager {
 public:
     LoggingManager() = delete;
 

@@ -102,7 +102,8 @@ TEST(CppEnumerationOutputTest, ScreensWithFirstZeroHaveNoExplicitValue)
     std::string const text
         = Generate<CppEnumerationOutput>({ "Screen", 0, true }, { "Play", "Stop_Selected" });
     EXPECT_EQ(text,
-        "#pragma once\n#include <stdint.h>\n\nnamespace Zar { namespace RemoteController { namespace Features {\n"
+        "#pragma once\n#include <stdint.h>\n\nnamespace Zar { namespace RemoteController { namespace "
+        "Features {\n"
         "    using ScreenIndex = uint16_t;\n}}}\n\nnamespace Zar { namespace RemoteButtonsConfiguration {\n\n"
         "    using Zar::RemoteController::Features::ScreenIndex;\n\nenum class Screen : ScreenIndex\n{\n"
         "    Play,\n"
@@ -121,9 +122,10 @@ TEST(CppEnumerationOutputTest, NoNamesGiveAnEmptyBodyAndNoLast)
 {
     std::string const text = Generate<CppEnumerationOutput>({ "Icon", 100, true }, {});
     EXPECT_EQ(text,
-        kIconHeader + "};\n\nstruct Icons\n{\n"
-                      "    static constexpr IconIndex First = static_cast<IconIndex>(100);\n"
-                      "    static constexpr IconIndex Count = 0;\n"
+        kIconHeader
+            + "};\n\nstruct Icons\n{\n"
+              "    static constexpr IconIndex First = static_cast<IconIndex>(100);\n"
+              "    static constexpr IconIndex Count = 0;\n"
             + kIconOperators);
     EXPECT_NE(text.find("{\n};"), std::string::npos);
     EXPECT_EQ(text.find("Last"), std::string::npos);
@@ -133,10 +135,11 @@ TEST(CppEnumerationOutputTest, FirstZeroGivesNoEnumeratorAValue)
 {
     std::string const text = Generate<CppEnumerationOutput>({ "Icon", 0, true }, { "a", "b", "c" });
     EXPECT_EQ(text,
-        kIconHeader + "    A,\n    B,\n    C,\n};\n\nstruct Icons\n{\n"
-                      "    static constexpr IconIndex Last = static_cast<IconIndex>(2);\n"
-                      "    static constexpr IconIndex First = static_cast<IconIndex>(0);\n"
-                      "    static constexpr IconIndex Count = 3;\n"
+        kIconHeader
+            + "    A,\n    B,\n    C,\n};\n\nstruct Icons\n{\n"
+              "    static constexpr IconIndex Last = static_cast<IconIndex>(2);\n"
+              "    static constexpr IconIndex First = static_cast<IconIndex>(0);\n"
+              "    static constexpr IconIndex Count = 3;\n"
             + kIconOperators);
 }
 
@@ -144,10 +147,11 @@ TEST(CppEnumerationOutputTest, FirstTenComesFromSectorThree)
 {
     std::string const text = Generate<CppEnumerationOutput>({ "Icon", 10, true }, { "a", "b", "c" });
     EXPECT_EQ(text,
-        kIconHeader + "    A = 10,\n    B,\n    C,\n};\n\nstruct Icons\n{\n"
-                      "    static constexpr IconIndex Last = static_cast<IconIndex>(12);\n"
-                      "    static constexpr IconIndex First = static_cast<IconIndex>(10);\n"
-                      "    static constexpr IconIndex Count = 3;\n"
+        kIconHeader
+            + "    A = 10,\n    B,\n    C,\n};\n\nstruct Icons\n{\n"
+              "    static constexpr IconIndex Last = static_cast<IconIndex>(12);\n"
+              "    static constexpr IconIndex First = static_cast<IconIndex>(10);\n"
+              "    static constexpr IconIndex Count = 3;\n"
             + kIconOperators);
 }
 
@@ -181,10 +185,11 @@ TEST(CppEnumerationOutputTest, NamesAreTrimmedAndDashesReplaced)
     std::string const text
         = Generate<CppEnumerationOutput>({ "Icon", 100, true }, { " Play\r", "Stop-Play", "\tpause \n" });
     EXPECT_EQ(text,
-        kIconHeader + "    Play = 100,\n    Stop_Play,\n    Pause,\n};\n\nstruct Icons\n{\n"
-                      "    static constexpr IconIndex Last = static_cast<IconIndex>(102);\n"
-                      "    static constexpr IconIndex First = static_cast<IconIndex>(100);\n"
-                      "    static constexpr IconIndex Count = 3;\n"
+        kIconHeader
+            + "    Play = 100,\n    Stop_Play,\n    Pause,\n};\n\nstruct Icons\n{\n"
+              "    static constexpr IconIndex Last = static_cast<IconIndex>(102);\n"
+              "    static constexpr IconIndex First = static_cast<IconIndex>(100);\n"
+              "    static constexpr IconIndex Count = 3;\n"
             + kIconOperators);
 }
 

@@ -18,8 +18,7 @@ using Zar::ResourcesLibrary::Tools::EnumerationOutput;
 namespace {
 
 // Records what the enumeration loop hands to the writer, and opens the shared name handling.
-class RecordingOutput : public EnumerationOutput
-{
+class RecordingOutput : public EnumerationOutput {
 public:
     using EnumerationOutput::EnumerationOutput;
     using EnumerationOutput::Write;
@@ -184,8 +183,11 @@ TEST(EnumerationOutputTest, EnumeratorNameRefusesInvalidUtf8WhenCapitalising)
 {
     std::ostringstream stream;
     RecordingOutput const output(stream, { "Icon", 0, true });
-    EXPECT_THAT([&] { output.Enumerator("pl\xff"
-                                        "ay"); },
+    EXPECT_THAT(
+        [&] {
+            output.Enumerator("pl\xff"
+                              "ay");
+        },
         testing::ThrowsMessage<utf8::invalid_utf8>(testing::StrEq("Invalid UTF-8")));
     EXPECT_THAT([&] { output.Enumerator("play\xc3"); },
         testing::ThrowsMessage<utf8::not_enough_room>(testing::StrEq("Not enough space")));

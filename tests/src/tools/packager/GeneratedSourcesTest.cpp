@@ -21,8 +21,8 @@ using PackagerTests::Generate;
 using TestSupport::CommandResult;
 using TestSupport::RunShellCommand;
 using TestSupport::ShellQuoted;
-using Zar::Lt::Core::ScratchFolder;
 using TestSupport::WriteFile;
+using Zar::Lt::Core::ScratchFolder;
 using Zar::Lt::Core::StringCollection;
 using Zar::ResourcesLibrary::Tools::CppEnumerationOutput;
 using Zar::ResourcesLibrary::Tools::EnumerationOption;
@@ -36,10 +36,11 @@ namespace fs = std::filesystem;
 std::string Quoted(fs::path const& path) { return ShellQuoted(path.string()); }
 
 // The Python module as the exporter completes it: two lines that print the values and names.
-std::string PythonModule(EnumerationOption const& option, StringCollection const& names, int offset, std::string const& lower)
+std::string PythonModule(
+    EnumerationOption const& option, StringCollection const& names, int offset, std::string const& lower)
 {
-    return Generate<PythonEnumerationOutput>(option, names, offset) + "value_names = [(" + lower + ".value, " + lower
-        + ".name) for " + lower + " in " + option.name + "]\nprint(value_names)\n";
+    return Generate<PythonEnumerationOutput>(option, names, offset) + "value_names = [(" + lower + ".value, "
+        + lower + ".name) for " + lower + " in " + option.name + "]\nprint(value_names)\n";
 }
 
 EnumerationOption const kIcons { "Icon", 100, true };
@@ -98,15 +99,15 @@ int main()
 }
 )";
 
-class GeneratedSourcesTest : public testing::Test
-{
+class GeneratedSourcesTest : public testing::Test {
 protected:
     void SetUp() override
     {
         StringCollection const icons = IconNames();
         StringCollection const images = ImageNames();
         WriteFile(_folder.Path() / "Icons.h", Generate<CppEnumerationOutput>(kIcons, icons, 0));
-        WriteFile(_folder.Path() / "Screens.h", Generate<CppEnumerationOutput>(kScreens, images, kIconsCount));
+        WriteFile(
+            _folder.Path() / "Screens.h", Generate<CppEnumerationOutput>(kScreens, images, kIconsCount));
         WriteFile(_folder.Path() / "IconsHelper.cpp", Generate<HelperEnumerationOutput>(kIcons, icons, 0));
         WriteFile(_folder.Path() / "Icons.py", PythonModule(kIcons, icons, 0, "icon"));
         WriteFile(_folder.Path() / "Screens.py", PythonModule(kScreens, images, kIconsCount, "screen"));

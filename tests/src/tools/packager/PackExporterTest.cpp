@@ -30,8 +30,8 @@ namespace {
 
 using namespace PackagerTests;
 using namespace TestSupport;
-using Zar::Lt::Core::ScratchFolder;
 using testing::HasSubstr;
+using Zar::Lt::Core::ScratchFolder;
 using Zar::Lt::Core::Version32;
 using Zar::Lt::Exceptions::PostCondition;
 using Zar::Lt::Exceptions::PreCondition;
@@ -45,24 +45,21 @@ constexpr char kExporterFile[] = "src/tools/packager/PackExporter";
 constexpr char kCloseFunction[] = "void Zar::ResourcesLibrary::Tools::PackExporter::Close()";
 constexpr char kWriteHeaderFunction[] = "void Zar::ResourcesLibrary::Tools::PackExporter::WriteHeader()";
 constexpr char kCloseSectorFunction[] = "void Zar::ResourcesLibrary::Tools::PackExporter::CloseSector()";
-constexpr char kProcessIconFunction[] = "void Zar::ResourcesLibrary::Tools::PackExporter::ProcessIcon(int, const "
-                                        "string_view&, Zar::ResourcesLibrary::Image::MutableImage&)";
+constexpr char kProcessIconFunction[]
+    = "void Zar::ResourcesLibrary::Tools::PackExporter::ProcessIcon(int, const "
+      "string_view&, Zar::ResourcesLibrary::Image::MutableImage&)";
 constexpr char kNameMessage[] = "name cannot contain -\".,'";
 constexpr char kIconsAfterScreens[] = "PostCondition !_screensCount Cannot add icons after screens";
 constexpr char kNoRows[] = "PreCondition y < static_cast<uint32_t>(_info.Height())";
 
-std::vector<uint8_t> Padding(std::size_t count)
-{
-    return std::vector<uint8_t>(count, 0xFF);
-}
+std::vector<uint8_t> Padding(std::size_t count) { return std::vector<uint8_t>(count, 0xFF); }
 
 void Append(std::vector<uint8_t>& to, std::vector<uint8_t> const& bytes)
 {
     to.insert(to.end(), bytes.begin(), bytes.end());
 }
 
-template <typename Exception>
-std::optional<Exception> Catch(std::function<void()> const& action)
+template <typename Exception> std::optional<Exception> Catch(std::function<void()> const& action)
 {
     try {
         action();
@@ -84,8 +81,7 @@ std::string CaptureStdout(std::function<void()> const& action)
     return testing::internal::GetCapturedStdout();
 }
 
-class PackExporterTest : public testing::Test
-{
+class PackExporterTest : public testing::Test {
 protected:
     std::string PackPath() const { return _folder.Prefix() + "oled.pack"; }
     std::filesystem::path File(std::string const& name) const { return _folder / name; }
@@ -266,7 +262,8 @@ TEST_F(PackExporterTest, WorkedExampleOfTwelveIconsAndOneScreen)
     PackExporter exporter(Version32(0x01020304), 12);
     exporter.Open(PackPath());
     for (int i = 0; i < 12; ++i)
-        EXPECT_TRUE(exporter.ProcessImage(i + 2, iconNames[static_cast<std::size_t>(i)], icons[static_cast<std::size_t>(i)]));
+        EXPECT_TRUE(exporter.ProcessImage(
+            i + 2, iconNames[static_cast<std::size_t>(i)], icons[static_cast<std::size_t>(i)]));
     EXPECT_TRUE(exporter.ProcessImage(2, "Splash", screen));
     EXPECT_EQ("", exporter.Errors());
     EXPECT_EQ(5, exporter.SectorIndex());
@@ -289,8 +286,8 @@ TEST_F(PackExporterTest, WorkedExampleOfTwelveIconsAndOneScreen)
     EXPECT_EQ(std::vector<uint8_t>(screenBytes.begin(), screenBytes.begin() + kSector), Sector(pack, 3));
     EXPECT_EQ(std::vector<uint8_t>(screenBytes.begin() + kSector, screenBytes.end()), Sector(pack, 4));
 
-    std::vector<uint8_t> const fixedFields = { 'Z', 'A', 'R', 0, 0x00, 0x01, 0x05, 0x00, 0x04, 0x03, 0x02, 0x01,
-        0x0C, 0x00, 0x00, 0x00, 0x0C, 0x00, 0x00, 0x00, 0x01, 0x00, 0x00, 0x00 };
+    std::vector<uint8_t> const fixedFields = { 'Z', 'A', 'R', 0, 0x00, 0x01, 0x05, 0x00, 0x04, 0x03, 0x02,
+        0x01, 0x0C, 0x00, 0x00, 0x00, 0x0C, 0x00, 0x00, 0x00, 0x01, 0x00, 0x00, 0x00 };
     EXPECT_EQ(fixedFields, std::vector<uint8_t>(pack.begin(), pack.begin() + 24));
 
     std::vector<uint16_t> const crcs = { ReferenceCrc16(firstIconSector), ReferenceCrc16(secondIconSector),
@@ -330,7 +327,8 @@ TEST_F(PackExporterTest, NoIconsAndNoScreensGiveTheHeaderAlone)
     std::vector<uint8_t> const pack = Pack();
     ASSERT_EQ(kSector, pack.size());
     std::vector<uint8_t> expected(kSector, 0);
-    std::vector<uint8_t> const fields = { 'Z', 'A', 'R', 0, 0x00, 0x01, 0x05, 0x00, 0x00, 0x00, 0x06, 0x00, 0x0C };
+    std::vector<uint8_t> const fields
+        = { 'Z', 'A', 'R', 0, 0x00, 0x01, 0x05, 0x00, 0x00, 0x00, 0x06, 0x00, 0x0C };
     std::copy(fields.begin(), fields.end(), expected.begin());
     EXPECT_EQ(expected, pack);
     EXPECT_EQ("0.6.0.0, 0 icons at sector 12, 0 screens, 1 sectors, 4096 bytes\ncrc:\n", printed);
@@ -539,8 +537,7 @@ TEST_F(PackExporterTest, CloseRestoresTheFormattingOfTheGivenStream)
 
 // --- Names area ------------------------------------------------------------------------------
 
-class NamesAreaTest : public PackExporterTest
-{
+class NamesAreaTest : public PackExporterTest {
 protected:
     // Fourteen icons (two sectors, as the table expects) named so that the area holds
     // 13 * (1 + 255) + 1 + lastLength bytes.
@@ -629,7 +626,8 @@ TEST_F(PackExporterTest, AFailedImageIsReportedAtCloseWhileThePackIsComplete)
     EXPECT_EQ(2u, header.icons);
     EXPECT_EQ((std::vector<std::string> { "Play", "Stop" }), header.names);
     EXPECT_EQ(ReferenceCrc16(sector), header.crc[12]);
-    EXPECT_EQ("0.6.0.0, 2 icons at sector 12, 0 screens, 2 sectors, 8192 bytes\n" + CrcLine({ ReferenceCrc16(sector) }),
+    EXPECT_EQ("0.6.0.0, 2 icons at sector 12, 0 screens, 2 sectors, 8192 bytes\n"
+            + CrcLine({ ReferenceCrc16(sector) }),
         printed);
     EXPECT_TRUE(Exists("Screens.h"));
     EXPECT_FALSE(exporter.IsOpen());
@@ -647,8 +645,8 @@ TEST_F(PackExporterTest, EveryFailedImageGetsItsOwnLineInOrder)
     exporter.ProcessImage(6, "a'b", icon);
     exporter.ProcessImage(7, "a_b c", icon);
     std::string const message = kNameMessage;
-    EXPECT_EQ("2 a-b " + message + "\n3 a\"b " + message + "\n4 a.b " + message + "\n5 a,b " + message + "\n6 a'b "
-            + message + "\n",
+    EXPECT_EQ("2 a-b " + message + "\n3 a\"b " + message + "\n4 a.b " + message + "\n5 a,b " + message
+            + "\n6 a'b " + message + "\n",
         exporter.Errors());
     EXPECT_EQ(1, exporter.IconsCount());
     std::optional<ResourcesLibraryException> failure;
@@ -676,14 +674,13 @@ TEST_F(PackExporterTest, IconsAreFramedWithoutChangingTheLoadedImage)
 
 TEST_F(PackExporterTest, OnlyNamesHoldingUnderscoreSelectedAreWrittenUnframed)
 {
-    struct Case
-    {
+    struct Case {
         std::string name;
         bool framed;
     };
-    std::vector<Case> const cases = { { "Stop_Selected", false }, { "Stop_selected", true }, { "Selected", true },
-        { "_Selected", false }, { "x_Selected_y", false }, { "a__Selected", false }, { "StopSelected", true },
-        { "_Selecte", true }, { "Stop_SELECTED", true } };
+    std::vector<Case> const cases = { { "Stop_Selected", false }, { "Stop_selected", true },
+        { "Selected", true }, { "_Selected", false }, { "x_Selected_y", false }, { "a__Selected", false },
+        { "StopSelected", true }, { "_Selecte", true }, { "Stop_SELECTED", true } };
 
     PackExporter exporter(Version32(0x00060000), 12);
     exporter.Open(PackPath());
@@ -803,7 +800,8 @@ TEST_F(PackExporterTest, AScreenStartsOnAFreshSectorAndTakesWholeSectors)
     ASSERT_EQ(4 * kSector, pack.size());
     EXPECT_EQ(std::vector<uint16_t>({ SectorCrc(pack, 1), SectorCrc(pack, 2), SectorCrc(pack, 3) }),
         exporter.CrcTable());
-    EXPECT_EQ(Padding(kSector - 384), std::vector<uint8_t>(pack.begin() + kSector + 384, pack.begin() + 2 * kSector));
+    EXPECT_EQ(Padding(kSector - 384),
+        std::vector<uint8_t>(pack.begin() + kSector + 384, pack.begin() + 2 * kSector));
 }
 
 TEST_F(PackExporterTest, AScreenThatIsNotWholeSectorsGetsASecondCrcForItsLastSector)
@@ -825,7 +823,8 @@ TEST_F(PackExporterTest, AScreenThatIsNotWholeSectorsGetsASecondCrcForItsLastSec
     Append(last, Padding(kSector - 912));
     EXPECT_EQ(last, Sector(pack, 2));
     // The running CRC was reset after the screen, so the close's CRC covers the padding alone.
-    std::vector<uint16_t> const crcs = { SectorCrc(pack, 1), ReferenceCrc16(last), ReferenceCrc16(Padding(kSector - 912)) };
+    std::vector<uint16_t> const crcs
+        = { SectorCrc(pack, 1), ReferenceCrc16(last), ReferenceCrc16(Padding(kSector - 912)) };
     EXPECT_EQ(crcs, exporter.CrcTable());
     PackHeader const header = ReadHeader(pack);
     EXPECT_EQ(crcs[0], header.crc[247]);
@@ -962,7 +961,8 @@ TEST_F(PackExporterTest, IconFilesHoldTheIconsAndScreenFilesTheScreens)
     EXPECT_THAT(Text("Icons.py"),
         HasSubstr("    Play = 100\n    Stop_Selected = auto()\n\n#2 Icon(s)\n"
                   "value_names = [(icon.value, icon.name) for icon in Icon]\nprint(value_names)\n"));
-    EXPECT_THAT(Text("IconsHelper.cpp"), HasSubstr("        \"Play\",\n        \"Stop_Selected\",\n    };\n"));
+    EXPECT_THAT(
+        Text("IconsHelper.cpp"), HasSubstr("        \"Play\",\n        \"Stop_Selected\",\n    };\n"));
     std::string const commands = Text("commands.py");
     EXPECT_THAT(commands, HasSubstr("    Play = 'Play'\n"));
     EXPECT_THAT(commands, testing::Not(HasSubstr("Splash")));
@@ -981,21 +981,19 @@ TEST_F(PackExporterTest, IconFilesHoldTheIconsAndScreenFilesTheScreens)
     EXPECT_EQ(7u, files);
 }
 
-struct FirstValueCase
-{
+struct FirstValueCase {
     int32_t firstSector;
     std::string cppLine;
     std::string pythonLine;
 
     // Names the test case after its sector rather than its bytes.
-    friend void PrintTo(FirstValueCase const& value, std::ostream* out) { *out << "sector " << value.firstSector; }
+    friend void PrintTo(FirstValueCase const& value, std::ostream* out)
+    {
+        *out << "sector " << value.firstSector;
+    }
 };
 
-class IconValuesTest
-    : public PackExporterTest
-    , public testing::WithParamInterface<FirstValueCase>
-{
-};
+class IconValuesTest : public PackExporterTest, public testing::WithParamInterface<FirstValueCase> { };
 
 TEST_P(IconValuesTest, IconValuesStartTenPerSectorAfterTheFirstTwoSectors)
 {
@@ -1025,8 +1023,7 @@ INSTANTIATE_TEST_SUITE_P(FirstSectors, IconValuesTest,
         ExplicitFirstValue(INT32_MAX, static_cast<int32_t>((0x7FFFFFFFu - 2u) * 10u)),
         ExplicitFirstValue(INT32_MIN, static_cast<int32_t>((0x80000000u - 2u) * 10u))));
 
-struct WriterCase
-{
+struct WriterCase {
     std::string blockedFile;
     std::function<void(PackExporter&, EnumerationOption const&)> write;
     std::string function; // the writer's qualified name and its opening parenthesis
@@ -1036,11 +1033,7 @@ struct WriterCase
     friend void PrintTo(WriterCase const& value, std::ostream* out) { *out << value.blockedFile; }
 };
 
-class CannotSaveTest
-    : public PackExporterTest
-    , public testing::WithParamInterface<WriterCase>
-{
-};
+class CannotSaveTest : public PackExporterTest, public testing::WithParamInterface<WriterCase> { };
 
 TEST_P(CannotSaveTest, AFileThatCannotBeCreatedIsReportedWithItsPath)
 {
@@ -1048,7 +1041,9 @@ TEST_P(CannotSaveTest, AFileThatCannotBeCreatedIsReportedWithItsPath)
     std::filesystem::create_directories(File(GetParam().blockedFile));
     PackExporter exporter(Version32(0x00060000), 12);
     exporter.Open(PackPath());
-    auto const failure = Catch<ResourcesLibraryException>([&] { GetParam().write(exporter, { "Icon", 100, true }); });
+    auto const failure = Catch<ResourcesLibraryException>([&] {
+        GetParam().write(exporter, { "Icon", 100, true });
+    });
     ASSERT_TRUE(failure);
     EXPECT_EQ("Cannot save file '" + _folder.Prefix() + GetParam().blockedFile + "'", failure->what());
     // The writer's signature as the compiler spells it: its qualified name is what stays the same.
@@ -1061,27 +1056,26 @@ TEST_P(CannotSaveTest, AFileThatCannotBeCreatedIsReportedWithItsPath)
 }
 
 INSTANTIATE_TEST_SUITE_P(Writers, CannotSaveTest,
-    testing::Values(
-        WriterCase { "Icons.h",
-            [](PackExporter& exporter, EnumerationOption const& option) { exporter.WriteCEnumerationFile(option, 0); },
-            " Zar::ResourcesLibrary::Tools::PackExporter::WriteCEnumerationFile(",
-            111 },
+    testing::Values(WriterCase { "Icons.h",
+                        [](PackExporter& exporter, EnumerationOption const& option) {
+                            exporter.WriteCEnumerationFile(option, 0);
+                        },
+                        " Zar::ResourcesLibrary::Tools::PackExporter::WriteCEnumerationFile(", 111 },
         WriterCase { "Icons.py",
             [](PackExporter& exporter, EnumerationOption const& option) {
                 exporter.WritePythonEnumerationFile(option, 0);
             },
-            " Zar::ResourcesLibrary::Tools::PackExporter::WritePythonEnumerationFile(",
-            122 },
+            " Zar::ResourcesLibrary::Tools::PackExporter::WritePythonEnumerationFile(", 122 },
         WriterCase { "commands.py",
-            [](PackExporter& exporter, EnumerationOption const& option) { exporter.WritePythonCommandFile(option, 0); },
-            " Zar::ResourcesLibrary::Tools::PackExporter::WritePythonCommandFile(",
-            134 },
+            [](PackExporter& exporter, EnumerationOption const& option) {
+                exporter.WritePythonCommandFile(option, 0);
+            },
+            " Zar::ResourcesLibrary::Tools::PackExporter::WritePythonCommandFile(", 134 },
         WriterCase { "IconsHelper.cpp",
             [](PackExporter& exporter, EnumerationOption const& option) {
                 exporter.WritHelperEnumerationFile(option, 0);
             },
-            " Zar::ResourcesLibrary::Tools::PackExporter::WritHelperEnumerationFile(",
-            145 }));
+            " Zar::ResourcesLibrary::Tools::PackExporter::WritHelperEnumerationFile(", 145 }));
 
 TEST_F(PackExporterTest, TheCommandsFileNameDoesNotDependOnTheOption)
 {
@@ -1151,7 +1145,9 @@ TEST_F(PackExporterTest, InvalidUtf8InANameStopsTheFileAtThatName)
     exporter.ProcessImage(2, "Play", play);
     exporter.ProcessImage(3, "\xFF", bad);
     EXPECT_EQ("", exporter.Errors());
-    auto const failure = Catch<std::exception>([&] { exporter.WriteCEnumerationFile({ "Icon", 100, true }, 0); });
+    auto const failure = Catch<std::exception>([&] {
+        exporter.WriteCEnumerationFile({ "Icon", 100, true }, 0);
+    });
     ASSERT_TRUE(failure);
     std::string const text = Text("Icons.h");
     EXPECT_TRUE(text.ends_with("{\n    Play = 100,\n    ")) << text;

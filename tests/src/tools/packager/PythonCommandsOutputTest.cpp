@@ -36,30 +36,31 @@ std::string Commands(std::initializer_list<std::string_view> names, bool capital
     return stream.str();
 }
 
-std::string const kHeader = "import enum\n"
-                            "from software.remote.exception.command_not_found_exception import CommandNotFoundException\n"
-                            "@unique\n"
-                            "class Commands(enum.Enum):\n"
-                            "    MENU = 'Menu'\n"
-                            "    SHIFT = 'Shift'\n"
-                            "    S3 = 'S3'\n"
-                            "    S4 = 'S4'\n"
-                            "    S5 = 'S5'\n"
-                            "    S6 = 'S6'\n"
-                            "    S7 = 'S7'\n"
-                            "    S8 = 'S8'\n"
-                            "    CLEAR = 'Clear'\n"
-                            "    ENTER = 'Enter'\n"
-                            "    F1 = 'F1'\n"
-                            "    F2 = 'F2'\n"
-                            "    F3 = 'F3'\n"
-                            "    F4 = 'F4'\n"
-                            "    F5 = 'F5'\n"
-                            "    F6 = 'F6'\n"
-                            "    F7 = 'F7'\n"
-                            "    F8 = 'F8'\n"
-                            "    F9 = 'F9'\n"
-                            "    F10 = 'F10'\n";
+std::string const kHeader
+    = "import enum\n"
+      "from software.remote.exception.command_not_found_exception import CommandNotFoundException\n"
+      "@unique\n"
+      "class Commands(enum.Enum):\n"
+      "    MENU = 'Menu'\n"
+      "    SHIFT = 'Shift'\n"
+      "    S3 = 'S3'\n"
+      "    S4 = 'S4'\n"
+      "    S5 = 'S5'\n"
+      "    S6 = 'S6'\n"
+      "    S7 = 'S7'\n"
+      "    S8 = 'S8'\n"
+      "    CLEAR = 'Clear'\n"
+      "    ENTER = 'Enter'\n"
+      "    F1 = 'F1'\n"
+      "    F2 = 'F2'\n"
+      "    F3 = 'F3'\n"
+      "    F4 = 'F4'\n"
+      "    F5 = 'F5'\n"
+      "    F6 = 'F6'\n"
+      "    F7 = 'F7'\n"
+      "    F8 = 'F8'\n"
+      "    F9 = 'F9'\n"
+      "    F10 = 'F10'\n";
 
 std::string const kFooter = "\n"
                             "    @classmethod\n"
@@ -136,10 +137,7 @@ TEST(PythonCommandsOutputTest, WithoutCapitalisationTheEnumeratorIsTheTrimmedNam
     EXPECT_EQ(Commands({ "play_stop" }, false), "    play_stop = 'play_stop'\n");
 }
 
-TEST(PythonCommandsOutputTest, ExactlyEmptyIsSkipped)
-{
-    EXPECT_EQ(Commands({ "empty" }), "");
-}
+TEST(PythonCommandsOutputTest, ExactlyEmptyIsSkipped) { EXPECT_EQ(Commands({ "empty" }), ""); }
 
 TEST(PythonCommandsOutputTest, EmptyInAnotherCaseIsWritten)
 {
@@ -159,7 +157,8 @@ TEST(PythonCommandsOutputTest, SelectedVariantsAreSkipped)
 
 TEST(PythonCommandsOutputTest, SelectedTestIsCaseSensitive)
 {
-    EXPECT_EQ(Commands({ "x_selected", "y_SELECTED" }), "    X_selected = 'x_selected'\n    Y_SELECTED = 'y_SELECTED'\n");
+    EXPECT_EQ(Commands({ "x_selected", "y_SELECTED" }),
+        "    X_selected = 'x_selected'\n    Y_SELECTED = 'y_SELECTED'\n");
 }
 
 TEST(PythonCommandsOutputTest, SelectedOnlyAfterTrimmingIsNotSkipped)
@@ -217,8 +216,12 @@ TEST(PythonCommandsOutputTest, InvalidUtf8LeavesTheTextWrittenBeforeIt)
     std::ostringstream stream;
     PythonCommandsOutput output(stream, kIcons);
     output.WriteHeader();
-    EXPECT_THAT([&] { output.Write(0, "pl\xff"
-                                      "ay"); },
+    EXPECT_THAT(
+        [&] {
+            output.Write(0,
+                "pl\xff"
+                "ay");
+        },
         testing::ThrowsMessage<utf8::invalid_utf8>(testing::StrEq("Invalid UTF-8")));
     EXPECT_EQ(stream.str(), kHeader + "    ");
 }

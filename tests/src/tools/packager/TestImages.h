@@ -22,10 +22,7 @@ using Zar::ResourcesLibrary::Image::ImageInfo;
 using Zar::ResourcesLibrary::Image::MutableImage;
 
 // Row length of a 4-bit image: whole bytes, padded to 4.
-inline uint32_t Gray4Stride(int width)
-{
-    return ((static_cast<uint32_t>(width) * 4 + 7) / 8 + 3) & ~3u;
-}
+inline uint32_t Gray4Stride(int width) { return ((static_cast<uint32_t>(width) * 4 + 7) / 8 + 3) & ~3u; }
 
 inline ImageInfo Gray4Info(int width, int height)
 {

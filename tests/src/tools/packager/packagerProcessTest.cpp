@@ -24,16 +24,15 @@ namespace {
 
 using namespace PackagerTests;
 using namespace TestSupport;
-using Zar::Lt::Core::ScratchFolder;
 using testing::StartsWith;
+using Zar::Lt::Core::ScratchFolder;
 
 constexpr char kHelp[] = "packager version 0.5.0.5\n"
                          "    to include all bmp specified in list.txt in icons & screens folders\n"
                          "    version format is Major.minor.patch.build on byte (less than 256)\n"
                          "sector <integer>  to specify the first icon sector\n";
 
-struct Process
-{
+struct Process {
     int status = -1;
     std::string output;
     std::string errors;
@@ -81,16 +80,18 @@ std::vector<std::string> ListedNames(std::filesystem::path const& list)
     return names;
 }
 
-std::set<std::string> const kBuildOutputs
-    = { "bmp", "oled.pack", "Icons.h", "Icons.py", "IconsHelper.cpp", "commands.py", "Screens.h", "Screens.py" };
+std::set<std::string> const kBuildOutputs = { "bmp", "oled.pack", "Icons.h", "Icons.py", "IconsHelper.cpp",
+    "commands.py", "Screens.h", "Screens.py" };
 
-class PackagerProcessTest : public testing::Test
-{
+class PackagerProcessTest : public testing::Test {
 protected:
     PackagerProcessTest() { std::filesystem::create_directories(Work()); }
 
     std::filesystem::path Work() const { return _scratch / "work"; }
-    Process RunTool(std::vector<std::string> const& arguments) const { return RunPackager(_scratch, Work(), arguments); }
+    Process RunTool(std::vector<std::string> const& arguments) const
+    {
+        return RunPackager(_scratch, Work(), arguments);
+    }
 
     void WriteResources() const
     {
@@ -167,8 +168,10 @@ TEST_F(PackagerProcessTest, ABadImageNameIsSkippedSilently)
     Process const process = RunTool({});
     EXPECT_EQ(0, process.status);
     EXPECT_EQ("", process.errors);
-    EXPECT_THAT(process.output, StartsWith("0.6.0.0, 2 icons at sector 12, 1 screens, 4 sectors, 16384 bytes\n"));
-    EXPECT_EQ((std::vector<std::string> { "Play", "Line", "Splash" }), ReadHeader(ReadBytes(Work() / "oled.pack")).names);
+    EXPECT_THAT(
+        process.output, StartsWith("0.6.0.0, 2 icons at sector 12, 1 screens, 4 sectors, 16384 bytes\n"));
+    EXPECT_EQ((std::vector<std::string> { "Play", "Line", "Splash" }),
+        ReadHeader(ReadBytes(Work() / "oled.pack")).names);
 }
 
 // The project's example resources, packed by the tool: the pack must be consistent in itself.
@@ -221,7 +224,8 @@ TEST_F(PackagerProcessTest, TheExampleResourcesPackConsistently)
     }
     for (std::size_t s = 1; s < sectors; ++s)
         crcs.push_back(SectorCrc(pack, s));
-    EXPECT_EQ("1.0.0.0, 12 icons at sector 12, 3 screens, 9 sectors, 36864 bytes\n" + CrcLine(crcs), process.output);
+    EXPECT_EQ("1.0.0.0, 12 icons at sector 12, 3 screens, 9 sectors, 36864 bytes\n" + CrcLine(crcs),
+        process.output);
 }
 
 } // namespace

@@ -33,9 +33,9 @@ namespace {
 
 using namespace PackagerTests;
 using namespace TestSupport;
-using Zar::Lt::Core::ScratchFolder;
 using testing::HasSubstr;
 using testing::StartsWith;
+using Zar::Lt::Core::ScratchFolder;
 using Zar::Lt::Core::Version32;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
 using Zar::ResourcesLibrary::Image::FileFormat;
@@ -45,8 +45,7 @@ constexpr char kHelp[] = "packager version 0.5.0.5\n"
                          "    version format is Major.minor.patch.build on byte (less than 256)\n"
                          "sector <integer>  to specify the first icon sector\n";
 
-struct MainResult
-{
+struct MainResult {
     int status;
     std::string output;
 };
@@ -82,8 +81,7 @@ void WriteResources(std::filesystem::path const& root)
     WriteFile(root / "screens/list.txt", std::string("Splash\n"));
 }
 
-class PackagerTest : public testing::Test
-{
+class PackagerTest : public testing::Test {
 protected:
     PackagerTest()
         : _here(_folder.Path())
@@ -98,7 +96,8 @@ protected:
             argv.push_back(argument.data());
         argv.push_back(nullptr);
         MainResult run {};
-        run.output = CaptureStdout([&] { run.status = PackagerMain(static_cast<int>(arguments.size()), argv.data()); });
+        run.output = CaptureStdout(
+            [&] { run.status = PackagerMain(static_cast<int>(arguments.size()), argv.data()); });
         return run;
     }
 
@@ -109,8 +108,7 @@ protected:
     ScopedWorkingDirectory _here;
 };
 
-class PackagerWithResourcesTest : public PackagerTest
-{
+class PackagerWithResourcesTest : public PackagerTest {
 protected:
     PackagerWithResourcesTest() { WriteResources(_folder / "bmp"); }
 
@@ -141,20 +139,23 @@ TEST_F(PackagerWithResourcesTest, WithoutArgumentsBuildsVersion060WithIconsAtSec
 {
     MainResult const run = Main({});
     EXPECT_EQ(0, run.status);
-    EXPECT_THAT(run.output, StartsWith("0.6.0.0, 2 icons at sector 12, 1 screens, 4 sectors, 16384 bytes\ncrc:"));
+    EXPECT_THAT(
+        run.output, StartsWith("0.6.0.0, 2 icons at sector 12, 1 screens, 4 sectors, 16384 bytes\ncrc:"));
     PackHeader const header = Header();
     EXPECT_EQ(0x00060000u, header.version);
     EXPECT_EQ(12u, header.firstSector);
     EXPECT_EQ(2u, header.icons);
     EXPECT_EQ(1u, header.screens);
     EXPECT_EQ((std::vector<std::string> { "Play", "Stop_Selected", "Splash" }), header.names);
-    for (char const* name : { "Icons.h", "Icons.py", "IconsHelper.cpp", "commands.py", "Screens.h", "Screens.py" })
+    for (char const* name :
+        { "Icons.h", "Icons.py", "IconsHelper.cpp", "commands.py", "Screens.h", "Screens.py" })
         EXPECT_TRUE(Exists(name)) << name;
 }
 
 TEST_F(PackagerWithResourcesTest, VersionWithTwoFieldsLeavesPatchAndBuildZero)
 {
-    EXPECT_EQ("1.2.0.0, 2 icons at sector 12, 1 screens, 4 sectors, 16384 bytes\n", Summary({ "version", "1.2" }));
+    EXPECT_EQ(
+        "1.2.0.0, 2 icons at sector 12, 1 screens, 4 sectors, 16384 bytes\n", Summary({ "version", "1.2" }));
     EXPECT_EQ(0x01020000u, Header().version);
 }
 
@@ -226,11 +227,8 @@ TEST_F(PackagerWithResourcesTest, UnknownWordsAreIgnored)
     EXPECT_THAT(Summary({ "", "-", "bar", "sector", "13", "baz" }), HasSubstr(" icons at sector 13, "));
 }
 
-class SyntaxErrorTest
-    : public PackagerWithResourcesTest
-    , public testing::WithParamInterface<std::vector<std::string>>
-{
-};
+class SyntaxErrorTest : public PackagerWithResourcesTest,
+                        public testing::WithParamInterface<std::vector<std::string>> { };
 
 TEST_P(SyntaxErrorTest, PrintsTheHelpExitsOneAndBuildsNothing)
 {
@@ -242,11 +240,12 @@ TEST_P(SyntaxErrorTest, PrintsTheHelpExitsOneAndBuildsNothing)
 }
 
 INSTANTIATE_TEST_SUITE_P(Arguments, SyntaxErrorTest,
-    testing::Values(std::vector<std::string> { "version", "1" }, std::vector<std::string> { "version", "1.2.3.256" },
-        std::vector<std::string> { "version" }, std::vector<std::string> { "sector", "20", "version" },
-        std::vector<std::string> { "sector" }, std::vector<std::string> { "-version" },
-        std::vector<std::string> { "version", "" }, std::vector<std::string> { "version", "x.1" },
-        std::vector<std::string> { "version", "1.x" }, std::vector<std::string> { "version", "1.2", "version", "3" }));
+    testing::Values(std::vector<std::string> { "version", "1" },
+        std::vector<std::string> { "version", "1.2.3.256" }, std::vector<std::string> { "version" },
+        std::vector<std::string> { "sector", "20", "version" }, std::vector<std::string> { "sector" },
+        std::vector<std::string> { "-version" }, std::vector<std::string> { "version", "" },
+        std::vector<std::string> { "version", "x.1" }, std::vector<std::string> { "version", "1.x" },
+        std::vector<std::string> { "version", "1.2", "version", "3" }));
 
 TEST_F(PackagerTest, AFailedBuildExitsZeroAndIsLoggedOnTheMainLogger)
 {
@@ -262,8 +261,10 @@ TEST_F(PackagerTest, AFailedBuildExitsZeroAndIsLoggedOnTheMainLogger)
     ASSERT_GE(records.size(), 2u);
     EXPECT_EQ(20, records[0].level);
     EXPECT_THAT(records[0].message,
-        StartsWith("'Cannot open bmp/icons/list.txt' in void Zar::ResourcesLibrary::Image::InputSequence::AddList("));
-    EXPECT_EQ(std::optional<std::string>("src/lib/Zar/ResourcesLibrary/Image/InputSequence"), records[0].file);
+        StartsWith("'Cannot open bmp/icons/list.txt' in void "
+                   "Zar::ResourcesLibrary::Image::InputSequence::AddList("));
+    EXPECT_EQ(
+        std::optional<std::string>("src/lib/Zar/ResourcesLibrary/Image/InputSequence"), records[0].file);
     EXPECT_EQ(55u, records[0].line);
     EXPECT_EQ(50, records[1].level);
     EXPECT_EQ("Stack trace:", records[1].message);
@@ -281,8 +282,7 @@ TEST_F(PackagerTest, ASyntaxErrorLogsNothing)
 
 // --- Build -----------------------------------------------------------------------------------
 
-class BuildTest : public testing::Test
-{
+class BuildTest : public testing::Test {
 protected:
     BuildTest() { std::filesystem::create_directories(_folder / "out"); }
 
@@ -313,7 +313,8 @@ TEST_F(BuildTest, WritesThePackAndTheSourcesIntoTheOutputFolder)
     EXPECT_EQ("1.2.3.4, 2 icons at sector 12, 1 screens, 4 sectors, 16384 bytes\n"
             + CrcLine({ SectorCrc(pack, 1), SectorCrc(pack, 2), SectorCrc(pack, 3) }),
         printed);
-    for (char const* name : { "Icons.h", "Icons.py", "IconsHelper.cpp", "commands.py", "Screens.h", "Screens.py" })
+    for (char const* name :
+        { "Icons.h", "Icons.py", "IconsHelper.cpp", "commands.py", "Screens.h", "Screens.py" })
         EXPECT_TRUE(std::filesystem::exists(_folder / "out" / name)) << name;
 }
 
@@ -321,7 +322,8 @@ TEST_F(BuildTest, AMissingIconListFailsAfterThePackWasStarted)
 {
     testing::internal::CaptureStdout();
     EXPECT_THAT([&] { Build(Version32(1, 2, 3, 4), Root(), Out(), 12, FileFormat::None); },
-        testing::ThrowsMessage<ResourcesLibraryException>(testing::StrEq("Cannot open " + Root() + "icons/list.txt")));
+        testing::ThrowsMessage<ResourcesLibraryException>(
+            testing::StrEq("Cannot open " + Root() + "icons/list.txt")));
     testing::internal::GetCapturedStdout();
     EXPECT_EQ(kSector, ReadBytes(_folder / "out/oled.pack").size());
 }
@@ -330,7 +332,8 @@ TEST_F(BuildTest, TheScreensAreOptional)
 {
     WriteGray4Bmp(_folder / "bmp/icons/Play.bmp", MakeGray4Image(32, 24, 1));
     WriteFile(_folder / "bmp/icons/list.txt", std::string("Play\n"));
-    std::string const printed = CaptureStdout([&] { Build(Version32(), Root(), Out(), 12, FileFormat::None); });
+    std::string const printed
+        = CaptureStdout([&] { Build(Version32(), Root(), Out(), 12, FileFormat::None); });
     EXPECT_THAT(printed, StartsWith("0.0.0.0, 1 icons at sector 12, 0 screens, 2 sectors, 8192 bytes\n"));
 }
 
@@ -338,7 +341,8 @@ TEST_F(BuildTest, AMissingScreenFileIsSkippedSilently)
 {
     WriteResources(_folder / "bmp");
     WriteFile(_folder / "bmp/screens/list.txt", std::string("Missing\nSplash\n"));
-    std::string const printed = CaptureStdout([&] { Build(Version32(), Root(), Out(), 12, FileFormat::None); });
+    std::string const printed
+        = CaptureStdout([&] { Build(Version32(), Root(), Out(), 12, FileFormat::None); });
     EXPECT_THAT(printed, StartsWith("0.0.0.0, 2 icons at sector 12, 1 screens, 4 sectors, 16384 bytes\n"));
 }
 
@@ -362,7 +366,8 @@ TEST_F(BuildTest, AFailedImageFailsTheBuildOnceThePackIsComplete)
     WriteFile(_folder / "bmp/icons/list.txt", std::string("Play\nPlay-Pause\nStop_Selected\n"));
     testing::internal::CaptureStdout();
     EXPECT_THAT([&] { Build(Version32(), Root(), Out(), 12, FileFormat::None); },
-        testing::ThrowsMessage<ResourcesLibraryException>(testing::StrEq("3 Play-Pause name cannot contain -\".,'\n")));
+        testing::ThrowsMessage<ResourcesLibraryException>(
+            testing::StrEq("3 Play-Pause name cannot contain -\".,'\n")));
     testing::internal::GetCapturedStdout();
     PackHeader const header = ReadHeader(ReadBytes(_folder / "out/oled.pack"));
     EXPECT_EQ((std::vector<std::string> { "Play", "Stop_Selected", "Splash" }), header.names);

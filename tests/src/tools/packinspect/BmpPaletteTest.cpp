@@ -8,8 +8,8 @@
 #include <gtest/gtest.h>
 
 using namespace PackInspectTest;
-using Zar::Lt::Core::ScratchFolder;
 using TestSupport::WriteFile;
+using Zar::Lt::Core::ScratchFolder;
 using Zar::ResourcesLibrary::Tools::Inspect::BmpPalette;
 
 namespace {

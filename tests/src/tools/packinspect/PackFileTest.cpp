@@ -11,8 +11,8 @@
 #include <gtest/gtest.h>
 
 using namespace PackInspectTest;
-using Zar::Lt::Core::ScratchFolder;
 using TestSupport::WriteFile;
+using Zar::Lt::Core::ScratchFolder;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
 using Zar::ResourcesLibrary::Tools::Inspect::PackFile;
 

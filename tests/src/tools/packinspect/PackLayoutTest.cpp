@@ -8,8 +8,8 @@
 #include <gtest/gtest.h>
 
 using namespace PackInspectTest;
-using Zar::ResourcesLibrary::Tools::Inspect::ImageGeometry;
 using Zar::ResourcesLibrary::Pack::PackHeader;
+using Zar::ResourcesLibrary::Tools::Inspect::ImageGeometry;
 using Zar::ResourcesLibrary::Tools::Inspect::PackLayout;
 
 namespace {

@@ -15,9 +15,9 @@ using namespace PackInspectTest;
 using testing::AllOf;
 using testing::Contains;
 using testing::HasSubstr;
-using Zar::Lt::Core::ScratchFolder;
 using TestSupport::WriteFile;
 using zar::logging::test::RecordingLogger;
+using Zar::Lt::Core::ScratchFolder;
 using Zar::ResourcesLibrary::Tools::Inspect::TreeChecker;
 
 namespace {

@@ -8,8 +8,7 @@ namespace Zar::Lt::Core {
 
 // A list of strings that can also grow. Only the raw append is left to the concrete collection; the
 // other appends go through it.
-class IStringCollection : public IStringReadOnlyCollection
-{
+class IStringCollection : public IStringReadOnlyCollection {
 public:
     // Appends a copy of the length bytes at data.
     virtual void Append(char const* data, unsigned length) = 0;

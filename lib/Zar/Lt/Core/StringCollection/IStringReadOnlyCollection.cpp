@@ -15,10 +15,7 @@ void IStringReadOnlyCollection::Enumerate(int offset, EnumerateCallback const& c
     });
 }
 
-int IStringReadOnlyCollection::Offset() const
-{
-    return 0;
-}
+int IStringReadOnlyCollection::Offset() const { return 0; }
 
 int IStringReadOnlyCollection::Count() const
 {

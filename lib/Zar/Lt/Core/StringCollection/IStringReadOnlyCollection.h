@@ -7,8 +7,7 @@ namespace Zar::Lt::Core {
 
 // A list of strings that can only be read. Every query is built on the one enumeration primitive, so
 // a new kind of collection only has to say how it walks its elements.
-class IStringReadOnlyCollection
-{
+class IStringReadOnlyCollection {
 public:
     // Called with the position and the string; returning false stops the enumeration.
     using EnumerateCallback = std::function<bool(int, std::string_view)>;

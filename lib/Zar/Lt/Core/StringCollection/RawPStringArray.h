@@ -15,9 +15,7 @@ namespace Zar::Lt::Core {
 // bytes. An empty block is all zero. The capacity must keep the block free of padding, so that its
 // size is exactly 8 + capacity bytes.
 template <std::size_t capacity>
-    requires(capacity > 0 && capacity % alignof(uint32_t) == 0)
-struct RawPStringArray
-{
+requires(capacity > 0 && capacity % alignof(uint32_t) == 0) struct RawPStringArray {
     uint32_t used = 0;
     uint32_t count = 0;
     uint8_t data[capacity] = {};
@@ -30,9 +28,10 @@ struct RawPStringArray
         ZAR_CHECK(PreCondition, length <= 255u, "", ZAR_SOURCE_INFO_AT(kSourceFile, 73));
         // Widened before adding: a block read back from a file may hold any used, and the sum must not
         // wrap around to a small value that passes the check.
-        std::size_t const next = std::size_t {used} + 1 + length;
+        std::size_t const next = std::size_t { used } + 1 + length;
         ZAR_CHECK(PreCondition, next <= capacity, "", ZAR_SOURCE_INFO_AT(kSourceFile, 76));
-        ZAR_CHECK(PreCondition, text != nullptr || length == 0, "", ZAR_SOURCE_INFO_AT(kSourceFile, __LINE__));
+        ZAR_CHECK(
+            PreCondition, text != nullptr || length == 0, "", ZAR_SOURCE_INFO_AT(kSourceFile, __LINE__));
         data[used] = static_cast<uint8_t>(length);
         CopyTerminated(text, used + 1);
         used = static_cast<uint32_t>(next);

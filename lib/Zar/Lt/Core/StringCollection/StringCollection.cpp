@@ -13,10 +13,7 @@ void StringCollection::Enumerate(EnumerateCallback const& callback) const
     }
 }
 
-void StringCollection::Append(char const* data, unsigned length)
-{
-    _strings.emplace_back(data, length);
-}
+void StringCollection::Append(char const* data, unsigned length) { _strings.emplace_back(data, length); }
 
 void StringCollection::Append(std::initializer_list<std::string_view> const& list)
 {

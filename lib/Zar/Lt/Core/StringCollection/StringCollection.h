@@ -10,11 +10,10 @@
 namespace Zar::Lt::Core {
 
 // The owning string list: copies of the appended strings, in insertion order.
-class StringCollection : public IStringCollection
-{
+class StringCollection : public IStringCollection {
 public:
-    using IStringReadOnlyCollection::Enumerate;
     using IStringCollection::Append;
+    using IStringReadOnlyCollection::Enumerate;
 
     void Enumerate(EnumerateCallback const& callback) const override;
     void Append(char const* data, unsigned length) override;

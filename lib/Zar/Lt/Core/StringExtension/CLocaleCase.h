@@ -9,8 +9,7 @@ namespace Zar::Lt::Core {
 // Only the ASCII letters change case and only the six ASCII white-space characters are white space;
 // every other code point, including 128 to 255 and everything from 256 on, passes unchanged and is
 // not white space.
-struct CLocaleCase
-{
+struct CLocaleCase {
     static constexpr uint32_t ToUpper(uint32_t codePoint)
     {
         return codePoint >= 'a' && codePoint <= 'z' ? codePoint - 'a' + 'A' : codePoint;

@@ -34,8 +34,8 @@ constexpr bool IsWritableCodePoint(uint32_t codePoint)
 // A mapping that makes the text longer never writes past the buffer: the bytes that do not fit are
 // only counted in actual, which the caller checks against the size.
 template <class Traits, class Alloc, class Map>
-std::basic_string<char, Traits, Alloc> MapCodePoints(std::basic_string_view<char, Traits> text, Map map,
-                                                     std::size_t& actual)
+std::basic_string<char, Traits, Alloc> MapCodePoints(
+    std::basic_string_view<char, Traits> text, Map map, std::size_t& actual)
 {
     std::basic_string<char, Traits, Alloc> buffer(text.size(), '\0');
     actual = 0;

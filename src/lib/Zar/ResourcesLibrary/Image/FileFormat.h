@@ -5,8 +5,7 @@
 namespace Zar::ResourcesLibrary::Image {
 
 // Image file kinds, chosen by file extension.
-enum class FileFormat : int32_t
-{
+enum class FileFormat : int32_t {
     None = 0,
     Raw = 1,
     Yuv = 2,

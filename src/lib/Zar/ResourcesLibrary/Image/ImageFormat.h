@@ -5,8 +5,7 @@
 namespace Zar::ResourcesLibrary::Image {
 
 // Pixel layouts; stored as one byte in ImageInfo.
-enum class ImageFormat : uint8_t
-{
+enum class ImageFormat : uint8_t {
     Unknown = 0,
     Rgbx = 1,
     Rgba = 2,

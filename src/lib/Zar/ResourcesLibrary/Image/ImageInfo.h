@@ -7,8 +7,7 @@
 namespace Zar::ResourcesLibrary::Image {
 
 // Geometry and pixel format of an image. Rows are padded to 4 bytes: see StrideOf.
-class ImageInfo
-{
+class ImageInfo {
 public:
     static ImageInfo const Empty;
 

@@ -15,8 +15,10 @@ namespace {
 constexpr char kSourceFile[] = "src/lib/Zar/ResourcesLibrary/Image/InputSequence";
 // The failures' function texts, fixed so that they do not depend on the compiler's spelling.
 constexpr char kCheckInputFunction[] = "bool Zar::ResourcesLibrary::Image::InputSequence::CheckInput() const";
-constexpr char kAddListFunction[] = "void Zar::ResourcesLibrary::Image::InputSequence::AddList(const string&)";
-constexpr char kLoadAllFunction[] = "void Zar::ResourcesLibrary::Image::InputSequence::LoadAll(const Callback&, int)";
+constexpr char kAddListFunction[]
+    = "void Zar::ResourcesLibrary::Image::InputSequence::AddList(const string&)";
+constexpr char kLoadAllFunction[]
+    = "void Zar::ResourcesLibrary::Image::InputSequence::LoadAll(const Callback&, int)";
 constexpr char const* WhiteSpace = " \t\r\n";
 
 // Reads one line, keeping at most maxLength characters of it: the rest of a longer line is
@@ -48,8 +50,8 @@ std::string TrimmedName(std::string const& line)
 
 } // namespace
 
-InputSequence::InputSequence(FileFormat format, std::string const& directory, std::string const& pattern,
-    bool required)
+InputSequence::InputSequence(
+    FileFormat format, std::string const& directory, std::string const& pattern, bool required)
     : _input(Input::Create(format, ImageFormat::Unknown, std::string(directory), std::string(pattern)))
     , _directory(directory)
     , _pattern(pattern)
@@ -68,17 +70,15 @@ bool InputSequence::CheckInput() const
     return false;
 }
 
-void InputSequence::AddItem(std::string const& name)
-{
-    _items.push_back(name);
-}
+void InputSequence::AddItem(std::string const& name) { _items.push_back(name); }
 
 void InputSequence::AddList(string const& listPath)
 {
     std::ifstream stream(listPath);
     if (!stream.is_open()) {
         if (_required)
-            throw ResourcesLibraryException(ZAR_SOURCE_INFO_OF(kAddListFunction, kSourceFile, 55), "Cannot open " + listPath);
+            throw ResourcesLibraryException(
+                ZAR_SOURCE_INFO_OF(kAddListFunction, kSourceFile, 55), "Cannot open " + listPath);
         return;
     }
     std::string line;

@@ -15,8 +15,7 @@ namespace Zar::ResourcesLibrary::Image {
 // An ordered list of image names (usually read from a folder's list.txt) bound to one loader.
 // LoadAll loads every item in turn and hands each image to a callback; failures of single items
 // are gathered and reported together at the end, so that one bad file does not hide the others.
-class InputSequence
-{
+class InputSequence {
 public:
     // Receives the running number, the bare name (no folder, no extension) and the loaded image.
     // Its result is ignored: the walk always covers the whole list.

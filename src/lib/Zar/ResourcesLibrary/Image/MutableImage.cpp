@@ -14,7 +14,8 @@ namespace {
 constexpr char kSourceFile[] = "src/lib/Zar/ResourcesLibrary/Image/MutableImage";
 // The failures' function texts, fixed so that they do not depend on the compiler's spelling.
 constexpr char kGetLineFunction[] = "uint8_t* Zar::ResourcesLibrary::Image::MutableImage::GetLine(uint32_t)";
-constexpr char kCopyFunction[] = "void Zar::ResourcesLibrary::Image::MutableImage::Copy(const void*, uint32_t)";
+constexpr char kCopyFunction[]
+    = "void Zar::ResourcesLibrary::Image::MutableImage::Copy(const void*, uint32_t)";
 
 } // namespace
 
@@ -33,8 +34,8 @@ MutableImage::MutableImage(ImageInfo const& info, std::vector<uint8_t> buffer)
 
 uint8_t* MutableImage::GetLine(uint32_t y)
 {
-    ZAR_CHECK(
-        PreCondition, y < static_cast<uint32_t>(_info.Height()), "", ZAR_SOURCE_INFO_OF(kGetLineFunction, kSourceFile, 124));
+    ZAR_CHECK(PreCondition, y < static_cast<uint32_t>(_info.Height()), "",
+        ZAR_SOURCE_INFO_OF(kGetLineFunction, kSourceFile, 124));
     EnsurePixels();
     return _buffer.data() + static_cast<std::size_t>(y) * _info.Stride();
 }

@@ -64,7 +64,7 @@ TEST(Crc16Test, ZeroCountLeavesARunningValueUnchanged)
     Crc16 crc;
     crc.Next('a');
     uint16_t const before = crc.Get();
-    EXPECT_EQ(before, crc.Value(uint8_t {0x00}, 0));
+    EXPECT_EQ(before, crc.Value(uint8_t { 0x00 }, 0));
     EXPECT_EQ(before, crc.Value(nullptr, 0));
 }
 
@@ -128,7 +128,7 @@ TEST(Crc16Test, NullDataWithALengthIsRefused)
 {
     Crc16 crc;
     EXPECT_THAT([&] { crc.Value(nullptr, 3); },
-                ThrowsMessage<PreCondition>(StrEq("PreCondition data != nullptr || length == 0")));
+        ThrowsMessage<PreCondition>(StrEq("PreCondition data != nullptr || length == 0")));
     EXPECT_EQ(0, crc.Get());
 }
 
@@ -137,7 +137,7 @@ TEST(Crc16Test, GetValuesPadsTheLastChunk)
     auto const bytes = Pattern(5000);
     auto const values = Crc16::GetValues(bytes.data(), 5000, 4096, 0xFF);
     ASSERT_EQ(2u, values.size());
-    EXPECT_EQ(CrcOf({bytes.begin(), bytes.begin() + 4096}), values[0]);
+    EXPECT_EQ(CrcOf({ bytes.begin(), bytes.begin() + 4096 }), values[0]);
     std::vector<uint8_t> last(bytes.begin() + 4096, bytes.end());
     ASSERT_EQ(904u, last.size());
     last.insert(last.end(), 3192, 0xFF);
@@ -166,7 +166,7 @@ TEST(Crc16Test, GetValuesUsesThePadByte)
 TEST(Crc16Test, GetValuesOfOneByteChunks)
 {
     auto const values = Crc16::GetValues(reinterpret_cast<uint8_t const*>("\x01\x02\xFF"), 3, 1, 0xFF);
-    EXPECT_EQ((std::vector<uint16_t> {0xC0C1, 0xC181, 0x4040}), values);
+    EXPECT_EQ((std::vector<uint16_t> { 0xC0C1, 0xC181, 0x4040 }), values);
 }
 
 TEST(Crc16Test, GetValuesBelowOneByteIsEmpty)
@@ -181,13 +181,13 @@ TEST(Crc16Test, GetValuesRefusesAnEmptyChunk)
 {
     uint8_t const byte = 0;
     EXPECT_THAT([&] { Crc16::GetValues(&byte, 1, 0, 0xFF); },
-                ThrowsMessage<PreCondition>(StrEq("PreCondition chunk > 0")));
+        ThrowsMessage<PreCondition>(StrEq("PreCondition chunk > 0")));
 }
 
 TEST(Crc16Test, GetValuesRefusesNullData)
 {
     EXPECT_THAT([] { Crc16::GetValues(nullptr, 10, 4096, 0xFF); },
-                ThrowsMessage<PreCondition>(StrEq("PreCondition data != nullptr")));
+        ThrowsMessage<PreCondition>(StrEq("PreCondition data != nullptr")));
 }
 
 } // namespace

@@ -15,10 +15,7 @@ TEST(PathTest, FolderEndingInSlashGetsNoSecondOne)
     EXPECT_EQ("out/Icons.h", Path::Combine("out/", "Icons.h"));
 }
 
-TEST(PathTest, EmptyFolderGivesTheName)
-{
-    EXPECT_EQ("Icons.h", Path::Combine("", "Icons.h"));
-}
+TEST(PathTest, EmptyFolderGivesTheName) { EXPECT_EQ("Icons.h", Path::Combine("", "Icons.h")); }
 
 TEST(PathTest, AbsoluteNameReplacesTheFolder)
 {
@@ -33,10 +30,7 @@ TEST(PathTest, EmptyNameGivesTheFolder)
     EXPECT_EQ("", Path::Combine("", ""));
 }
 
-TEST(PathTest, RootFolder)
-{
-    EXPECT_EQ("/x", Path::Combine("/", "x"));
-}
+TEST(PathTest, RootFolder) { EXPECT_EQ("/x", Path::Combine("/", "x")); }
 
 TEST(PathTest, NothingIsNormalised)
 {

@@ -19,7 +19,8 @@ static_assert(!std::is_convertible_v<uint32_t, Version32>, "a bare number must n
 
 constexpr Version32 kVersion(1, 2, 3, 4);
 static_assert(kVersion.Value() == 0x01020304u);
-static_assert(kVersion.Major() == 1 && kVersion.Minor() == 2 && kVersion.Patch() == 3 && kVersion.Build() == 4);
+static_assert(
+    kVersion.Major() == 1 && kVersion.Minor() == 2 && kVersion.Patch() == 3 && kVersion.Build() == 4);
 
 TEST(Version32Test, DefaultIsZero)
 {
@@ -42,7 +43,7 @@ TEST(Version32Test, StoredLittleEndianItReadsBackwards)
     uint32_t const value = Version32(1, 2, 3, 4).Value();
     std::array<uint8_t, 4> bytes {};
     std::memcpy(bytes.data(), &value, sizeof value);
-    EXPECT_EQ((std::array<uint8_t, 4> {0x04, 0x03, 0x02, 0x01}), bytes);
+    EXPECT_EQ((std::array<uint8_t, 4> { 0x04, 0x03, 0x02, 0x01 }), bytes);
 }
 
 TEST(Version32Test, PartsComeBackFromAValue)

@@ -17,10 +17,7 @@
 // Raisers with exported names, so that the captured stacks can be checked for them.
 namespace Zar::Lt::Exceptions::ExceptionProbe {
 
-ZAR_STACK_PROBE void RequireFourBitsPerPixel(int bpp)
-{
-    ZAR_PRECONDITION(bpp == 4);
-}
+ZAR_STACK_PROBE void RequireFourBitsPerPixel(int bpp) { ZAR_PRECONDITION(bpp == 4); }
 
 } // namespace Zar::Lt::Exceptions::ExceptionProbe
 
@@ -32,8 +29,7 @@ using Zar::ResourcesLibrary::ResourcesLibraryException;
 SourceInfo const Here { "void Here()", "tests/Here", 7 };
 
 // Runs `inner` and rethrows whatever it throws nested in `outer`.
-template <typename Outer, typename Inner>
-void ThrowNested(Outer const& outer, Inner const& inner)
+template <typename Outer, typename Inner> void ThrowNested(Outer const& outer, Inner const& inner)
 {
     try {
         throw inner;
@@ -43,8 +39,7 @@ void ThrowNested(Outer const& outer, Inner const& inner)
 }
 
 // Catches what `raise` throws and hands it to `check` while the exception is still alive.
-template <typename Raise, typename Check>
-void WithCaught(Raise raise, Check check)
+template <typename Raise, typename Check> void WithCaught(Raise raise, Check check)
 {
     try {
         raise();

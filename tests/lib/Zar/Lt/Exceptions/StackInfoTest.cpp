@@ -35,10 +35,7 @@ ZAR_STACK_PROBE void CaptureHere(int skip, std::vector<std::string>& frames)
     sink = sink + 1;
 }
 
-ZAR_STACK_PROBE void Marker()
-{
-    sink = sink + 1;
-}
+ZAR_STACK_PROBE void Marker() { sink = sink + 1; }
 
 ZAR_STACK_PROBE void CaptureWithAddress(void* address, std::vector<std::string>& frames)
 {
@@ -115,10 +112,7 @@ std::vector<std::string> const CrcFrames = {
     "./packager(_ZN3Zar2Lt4Core9Crc16Test4BodyEv+0x8) [0xa00]",
 };
 
-TEST(StackInfoTest, DefaultSkipIsZero)
-{
-    EXPECT_EQ(0, StackInfo::DefaultSkip);
-}
+TEST(StackInfoTest, DefaultSkipIsZero) { EXPECT_EQ(0, StackInfo::DefaultSkip); }
 
 TEST(StackInfoTest, GetSplitsAtLineFeedsKeepingEmptyLines)
 {
@@ -132,7 +126,8 @@ TEST(StackInfoTest, CurrentWithoutSkipStartsWithItsOwnFrame)
 {
     auto const frames = CaptureHere(0);
     ASSERT_GE(frames.size(), 3u);
-    EXPECT_EQ("Zar::Lt::Exceptions::StackInfo::Current[abi:cxx11](int, void*)", Symbol(frames[0]).Signature());
+    EXPECT_EQ(
+        "Zar::Lt::Exceptions::StackInfo::Current[abi:cxx11](int, void*)", Symbol(frames[0]).Signature());
     EXPECT_EQ("CaptureHere", Symbol(frames[1]).Name());
     EXPECT_EQ(TestProgram, Symbol(frames[1]).LibraryName());
 }
@@ -145,8 +140,9 @@ TEST(StackInfoTest, CurrentSkipsTheGivenNumberOfFrames)
     EXPECT_EQ("CaptureHere", first.Name());
     EXPECT_EQ("StackProbe", first.Class());
     EXPECT_EQ("Zar::Lt::Exceptions", first.Namespace());
-    EXPECT_EQ("int, std::vector<std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> >, "
-              "std::allocator<std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> > > >&",
+    EXPECT_EQ(
+        "int, std::vector<std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> >, "
+        "std::allocator<std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> > > >&",
         first.Parameters());
     EXPECT_GT(first.Offset(), 0);
     EXPECT_NE(0u, first.Address());
@@ -243,10 +239,7 @@ TEST(StackInfoTest, CalleeOfAnUnknownNameOrEmptyListIsMinusOne)
     EXPECT_EQ(-1, StackInfo::Callee("Next", {}));
 }
 
-TEST(StackInfoTest, EmptyNameMatchesAFrameWithoutSymbol)
-{
-    EXPECT_EQ(1, StackInfo::Callee("", CrcFrames));
-}
+TEST(StackInfoTest, EmptyNameMatchesAFrameWithoutSymbol) { EXPECT_EQ(1, StackInfo::Callee("", CrcFrames)); }
 
 TEST(StackInfoTest, CalleeFindsTheCallerInTheLiveStack)
 {

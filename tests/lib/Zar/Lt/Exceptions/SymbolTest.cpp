@@ -18,7 +18,8 @@ std::string const CrcNextLine = "/usr/lib/libzar.so(_ZN3Zar2Lt4Core5Crc164NextEh
 bool PointsInto(std::string_view view, std::string_view owner)
 {
     std::less_equal<char const*> const notAfter;
-    return notAfter(owner.data(), view.data()) && notAfter(view.data() + view.size(), owner.data() + owner.size());
+    return notAfter(owner.data(), view.data())
+        && notAfter(view.data() + view.size(), owner.data() + owner.size());
 }
 
 void ExpectEmpty(Symbol const& symbol)
@@ -275,10 +276,7 @@ TEST(SymbolTest, OpenParenthesisWithoutCloseIsAPreCondition)
     ExpectUnclosedSignatureRejected("Broken(int");
 }
 
-TEST(SymbolTest, CloseBeforeOpenIsAPreCondition)
-{
-    ExpectUnclosedSignatureRejected("a)b(c");
-}
+TEST(SymbolTest, CloseBeforeOpenIsAPreCondition) { ExpectUnclosedSignatureRejected("a)b(c"); }
 
 TEST(SymbolTest, FillOfAnUnclosedSymbolIsAPreCondition)
 {

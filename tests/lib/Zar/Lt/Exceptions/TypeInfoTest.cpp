@@ -27,7 +27,8 @@ TEST(TypeInfoTest, DemangleGivesTheQualifiedTypeName)
 
 TEST(TypeInfoTest, DemangleGivesAFunctionSignature)
 {
-    EXPECT_EQ("Zar::Lt::Core::Crc16::Next(unsigned char)", TypeInfo::Demangle("_ZN3Zar2Lt4Core5Crc164NextEh"));
+    EXPECT_EQ(
+        "Zar::Lt::Core::Crc16::Next(unsigned char)", TypeInfo::Demangle("_ZN3Zar2Lt4Core5Crc164NextEh"));
 }
 
 TEST(TypeInfoTest, DemangleLeavesOtherTextUnchanged)
@@ -37,10 +38,7 @@ TEST(TypeInfoTest, DemangleLeavesOtherTextUnchanged)
     EXPECT_EQ("", TypeInfo::Demangle(""));
 }
 
-TEST(TypeInfoTest, DemangleOfNullFailsInTheStringConstruction)
-{
-    ExpectNullRejected(&TypeInfo::Demangle);
-}
+TEST(TypeInfoTest, DemangleOfNullFailsInTheStringConstruction) { ExpectNullRejected(&TypeInfo::Demangle); }
 
 TEST(TypeInfoTest, DemangleNameOfAClassInANamespaceIsTheClassName)
 {

@@ -5,8 +5,8 @@
 #include "Zar/Lt/Exceptions/Symbol.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
-#include <gmock/gmock.h>
 #include "StackProbe.h"
+#include <gmock/gmock.h>
 
 #include <gtest/gtest.h>
 
@@ -32,8 +32,8 @@ ZAR_STACK_PROBE void CheckResource()
     try {
         OpenResource();
     } catch (...) {
-        std::throw_with_nested(
-            Exceptions::PreCondition(SourceInfo { "void CheckResource()", "src/lib/Check", 12 }, "PreCondition open"));
+        std::throw_with_nested(Exceptions::PreCondition(
+            SourceInfo { "void CheckResource()", "src/lib/Check", 12 }, "PreCondition open"));
     }
 }
 
@@ -45,17 +45,16 @@ namespace {
 using Exceptions::BaseException;
 using Exceptions::SourceInfo;
 using Exceptions::Symbol;
-using zar::logging::test::LogRecord;
-using zar::logging::test::RecordingLogger;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
+using zar::logging::test::LogRecord;
+using zar::logging::test::RecordingLogger;
 
 char const* const MainFile = "src/tools/packager/packager";
 unsigned const MainLine = 121;
 
 // What main does: catch everything and log it through the exception pointer.
-template <typename Raise>
-std::vector<LogRecord> LogCaught(Raise raise)
+template <typename Raise> std::vector<LogRecord> LogCaught(Raise raise)
 {
     RecordingLogger logger;
     try {
@@ -68,8 +67,7 @@ std::vector<LogRecord> LogCaught(Raise raise)
 }
 
 // Nests one exception in another, as a caller that adds context does.
-template <typename Outer, typename Inner>
-void ThrowNested(Outer const& outer, Inner const& inner)
+template <typename Outer, typename Inner> void ThrowNested(Outer const& outer, Inner const& inner)
 {
     try {
         throw inner;
@@ -121,7 +119,8 @@ TEST(ExceptionLoggerTest, NestedResourceFailureGivesTwoRecordsAndTheInnerStack)
         EXPECT_THAT(frame.message, StartsWith("  0x"));
         EXPECT_EQ(Printed(Symbol(innerStack[i]), "", ExceptionLogger::kFrameIndent), frame.message);
         raiserFound = raiserFound
-            || frame.message.find(" lt_logging_tests Zar::Lt::Logging::ExceptionProbe::OpenResource() +0x") != std::string::npos;
+            || frame.message.find(" lt_logging_tests Zar::Lt::Logging::ExceptionProbe::OpenResource() +0x")
+                != std::string::npos;
     }
     EXPECT_TRUE(raiserFound) << "the frames are those of the innermost exception";
 }
@@ -136,7 +135,8 @@ TEST(ExceptionLoggerTest, EmptyExceptionPointerIsAnInvalidRecord)
 {
     RecordingLogger logger;
     ExceptionLogger::LogStack(logger, std::exception_ptr(), MainFile, MainLine);
-    EXPECT_EQ((std::vector<LogRecord> { Record(20, "Invalid exception", MainFile, MainLine) }), logger.Records());
+    EXPECT_EQ(
+        (std::vector<LogRecord> { Record(20, "Invalid exception", MainFile, MainLine) }), logger.Records());
 }
 
 TEST(ExceptionLoggerTest, StandardExceptionIsItsTextWithoutStack)
@@ -207,7 +207,8 @@ void RaiseNestedChain(int depth)
     try {
         RaiseNestedChain(depth - 1);
     } catch (...) {
-        std::throw_with_nested(MakeBase(("level " + std::to_string(depth)).c_str(), static_cast<unsigned>(depth)));
+        std::throw_with_nested(
+            MakeBase(("level " + std::to_string(depth)).c_str(), static_cast<unsigned>(depth)));
     }
 }
 
@@ -217,9 +218,10 @@ TEST(ExceptionLoggerTest, DeepCausesAreIndentedByAtMostSixtyFourBlanks)
     ASSERT_GT(records.size(), 42u);
     for (int cause = 0; cause <= 40; ++cause) {
         int const blanks = std::min(2 * cause, 64);
-        std::string const expected
-            = std::string(static_cast<std::size_t>(blanks), ' ') + "'level " + std::to_string(40 - cause) + "' in void Raise()";
-        EXPECT_EQ(Record(20, expected, "src/Raise", static_cast<unsigned>(40 - cause)), records[static_cast<std::size_t>(cause)]);
+        std::string const expected = std::string(static_cast<std::size_t>(blanks), ' ') + "'level "
+            + std::to_string(40 - cause) + "' in void Raise()";
+        EXPECT_EQ(Record(20, expected, "src/Raise", static_cast<unsigned>(40 - cause)),
+            records[static_cast<std::size_t>(cause)]);
     }
     EXPECT_EQ(Record(50, "Stack trace:", MainFile, MainLine), records[41]);
 }
@@ -286,7 +288,8 @@ TEST(ExceptionLoggerTest, RecurseStartsAtTheGivenIndent)
 TEST(ExceptionLoggerTest, CallStackLinesArePrintedFrames)
 {
     RecordingLogger logger;
-    ExceptionLogger::LogCallStack(logger, { "./packager(main+0x1c) [0x8a4]", "./packager [0x10]" }, "file", 3);
+    ExceptionLogger::LogCallStack(
+        logger, { "./packager(main+0x1c) [0x8a4]", "./packager [0x10]" }, "file", 3);
     EXPECT_EQ((std::vector<LogRecord> {
                   Record(50, "Stack trace:", "file", 3),
                   Record(50, "  0x8a4 packager main +0x1c", "file", 3),
@@ -337,10 +340,12 @@ TEST(ExceptionLoggerTest, PrintGivesTheStreamItsNumberFormatBack)
 }
 
 // A logger whose back end has failed.
-class FailingLogger : public zar::logging::ILogger
-{
+class FailingLogger : public zar::logging::ILogger {
 public:
-    void Log(int, std::string const&, char const*, unsigned) override { throw std::runtime_error("disk full"); }
+    void Log(int, std::string const&, char const*, unsigned) override
+    {
+        throw std::runtime_error("disk full");
+    }
 };
 
 TEST(ExceptionLoggerTest, FailureOfTheLoggerPassesToTheCaller)
@@ -353,13 +358,12 @@ TEST(ExceptionLoggerTest, FailureOfTheLoggerPassesToTheCaller)
     } catch (std::runtime_error const& e) {
         EXPECT_STREQ("disk full", e.what());
     }
-    EXPECT_THROW(ExceptionLogger::LogStack(logger, std::make_exception_ptr(1), MainFile, MainLine), std::runtime_error);
+    EXPECT_THROW(ExceptionLogger::LogStack(logger, std::make_exception_ptr(1), MainFile, MainLine),
+        std::runtime_error);
 }
 
 // An exception that claims to nest a cause but was made outside any handler, so it holds none.
-class EmptyNested : public std::exception, public std::nested_exception
-{
-};
+class EmptyNested : public std::exception, public std::nested_exception { };
 
 TEST(ExceptionLoggerDeathTest, NestedExceptionWithoutCauseTerminatesAsTheStandardRethrowDoes)
 {

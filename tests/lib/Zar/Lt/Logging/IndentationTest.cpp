@@ -7,10 +7,7 @@
 namespace Zar::Lt::Logging {
 namespace {
 
-TEST(IndentationTest, SpacesAreSixtyFourBlanks)
-{
-    EXPECT_EQ(std::string(64, ' '), Indentation::_spaces);
-}
+TEST(IndentationTest, SpacesAreSixtyFourBlanks) { EXPECT_EQ(std::string(64, ' '), Indentation::_spaces); }
 
 TEST(IndentationTest, IndentationIsTheLastBlanksOfTheConstant)
 {

@@ -19,8 +19,7 @@ using Zar::ResourcesLibrary::Image::MutableImage;
 namespace {
 
 // How a text image is laid out in memory: every row is taken to be exactly one pitch long.
-struct TextLayout
-{
+struct TextLayout {
     uint16_t width = 0;
     size_t pitch = 0;
     uint16_t height = 0;

@@ -7,8 +7,7 @@
 
 // Reads an image drawn as text: one line per pixel row, one character per pixel. Every character
 // other than the clear character is a lit pixel; the result is Gray4 with levels 15 and 0.
-class AsciiInput : public Zar::ResourcesLibrary::Image::Input
-{
+class AsciiInput : public Zar::ResourcesLibrary::Image::Input {
 public:
     using Input::Input;
     AsciiInput(Zar::ResourcesLibrary::Image::FileFormat fileFormat,

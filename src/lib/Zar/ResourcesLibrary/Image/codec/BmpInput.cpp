@@ -1,8 +1,8 @@
 #include "Zar/ResourcesLibrary/Image/codec/BmpInput.h"
 
+#include "Zar/Lt/Exceptions/Check.h"
 #include "Zar/ResourcesLibrary/Image/ImageFormatHelper.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
-#include "Zar/Lt/Exceptions/Check.h"
 
 #include <algorithm>
 #include <array>
@@ -37,8 +37,7 @@ constexpr std::array<uint8_t, 4> blackTable = { 0x00, 0x0F, 0xF0, 0xFF };
 // reached by it and stay zero.
 constexpr uint32_t kMonoLineCounterRange = 1u << 16;
 
-template <typename T>
-T FromLittleEndian(T value)
+template <typename T> T FromLittleEndian(T value)
 {
     if constexpr (std::endian::native == std::endian::big && sizeof(T) == 2)
         return static_cast<T>(__builtin_bswap16(static_cast<uint16_t>(value)));
@@ -116,20 +115,11 @@ BITMAPINFOHEADER InfoHeaderOf(std::vector<uint8_t> const& block)
 
 } // namespace Zar::ResourcesLibrary::Image::BmpInternal
 
-size_t BmpInput::GetHeaderSize() const
-{
-    return kFileHeaderSize + kInfoHeaderSize;
-}
+size_t BmpInput::GetHeaderSize() const { return kFileHeaderSize + kInfoHeaderSize; }
 
-ImageInfo BmpInput::ReadHeader(std::istream& stream)
-{
-    return ToImageInfo(RawReadHeader(stream));
-}
+ImageInfo BmpInput::ReadHeader(std::istream& stream) { return ToImageInfo(RawReadHeader(stream)); }
 
-size_t BmpInput::Read(std::istream& stream, void* data, size_t size)
-{
-    return RawRead(stream, data, size);
-}
+size_t BmpInput::Read(std::istream& stream, void* data, size_t size) { return RawRead(stream, data, size); }
 
 MutableImage BmpInput::Load(char const* filePath)
 {
@@ -137,7 +127,8 @@ MutableImage BmpInput::Load(char const* filePath)
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Input::Load nullptr in filePath");
     std::ifstream stream(filePath, std::ios::in | std::ios::binary);
     if (!stream.is_open())
-        throw ResourcesLibraryException(ZAR_SOURCE_INFO(), std::string("BmpInput::Load cannot open ") + filePath);
+        throw ResourcesLibraryException(
+            ZAR_SOURCE_INFO(), std::string("BmpInput::Load cannot open ") + filePath);
     std::vector<uint8_t> const block = RawReadHeader(stream);
     return ReadData(stream, block, _imageFormat);
 }
@@ -155,18 +146,21 @@ std::vector<uint8_t> BmpInput::RawReadHeader(std::istream& stream)
     // so such a file ends in the short-read failure below instead of a huge allocation.
     uint32_t const blockSize = FromLittleEndian(fileHeader.bfOffBits) - kFileHeaderSize;
     if (blockSize < kInfoHeaderSize)
-        throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Bmp file header too small " + std::to_string(blockSize));
+        throw ResourcesLibraryException(
+            ZAR_SOURCE_INFO(), "Bmp file header too small " + std::to_string(blockSize));
     std::vector<uint8_t> block = ReadAvailable(stream, blockSize);
     if (block.size() < blockSize)
-        throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Bmp header too small " + std::to_string(block.size()));
+        throw ResourcesLibraryException(
+            ZAR_SOURCE_INFO(), "Bmp header too small " + std::to_string(block.size()));
     BITMAPINFOHEADER const header = Zar::ResourcesLibrary::Image::BmpInternal::InfoHeaderOf(block);
     // The sum is taken in 32 bits as the format's own fields are; the palette is bounds-checked
     // again where it is read.
     if (header.biSize + 4u * header.biClrUsed > blockSize)
-        throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Bmp invalid color count " + std::to_string(header.biClrUsed));
+        throw ResourcesLibraryException(
+            ZAR_SOURCE_INFO(), "Bmp invalid color count " + std::to_string(header.biClrUsed));
     if (header.biCompression != 0)
-        throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
-            "Bmp invalid compression " + std::to_string(header.biCompression));
+        throw ResourcesLibraryException(
+            ZAR_SOURCE_INFO(), "Bmp invalid compression " + std::to_string(header.biCompression));
     return block;
 }
 
@@ -193,7 +187,8 @@ ImageInfo BmpInput::ToImageInfo(BITMAPINFOHEADER const& header, ImageFormat /*fo
     if (header.biWidth < 0)
         static_cast<void>(info.GetBytes(header.biWidth));
     if (header.biHeight == INT32_MIN)
-        throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Bmp invalid height " + std::to_string(header.biHeight));
+        throw ResourcesLibraryException(
+            ZAR_SOURCE_INFO(), "Bmp invalid height " + std::to_string(header.biHeight));
 
     uint32_t const bitsPerPixel = ImageFormatHelper::BitsPerPixel(pixelFormat);
     uint64_t const height = AbsoluteHeight(header.biHeight);
@@ -226,7 +221,8 @@ MutableImage BmpInput::ReadData(std::istream& stream, std::vector<uint8_t> const
 
     if (bits != 4 && bits != 1)
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
-            "Invalid bpp " + std::to_string(static_cast<int>(bits)) + " (only bmp mono & grayscale 16 colors)");
+            "Invalid bpp " + std::to_string(static_cast<int>(bits))
+                + " (only bmp mono & grayscale 16 colors)");
 
     // The pixel data must be in the file before the image is made, so that only data the file
     // really holds leads to an allocation. 1-bit data grows four times when decoded, so where the

@@ -12,8 +12,7 @@ namespace Zar::ResourcesLibrary::Image::BmpInternal {
 #pragma pack(push, 1)
 
 // The 14 bytes at the start of every BMP file. Fields are little-endian in the file.
-struct BITMAPFILEHEADER
-{
+struct BITMAPFILEHEADER {
     uint16_t bfType;
     uint32_t bfSize;
     uint16_t bfReserved1;
@@ -22,8 +21,7 @@ struct BITMAPFILEHEADER
 };
 
 // The info header at the start of the header block (file offset 14). Fields are little-endian.
-struct BITMAPINFOHEADER
-{
+struct BITMAPINFOHEADER {
     uint32_t biSize;
     int32_t biWidth;
     int32_t biHeight;
@@ -48,8 +46,7 @@ BITMAPINFOHEADER InfoHeaderOf(std::vector<uint8_t> const& block);
 } // namespace Zar::ResourcesLibrary::Image::BmpInternal
 
 // Reads uncompressed 1-bit and 4-bit BMP files into 4-bit grey images, top line first.
-class BmpInput : public Zar::ResourcesLibrary::Image::Input
-{
+class BmpInput : public Zar::ResourcesLibrary::Image::Input {
 public:
     using Input::Input;
 
@@ -78,6 +75,6 @@ public:
 
     // Reads the pixel data that follows the header block. The block is passed whole, not only its
     // info header, because the palette that decides the grey order lies behind the info header.
-    Zar::ResourcesLibrary::Image::MutableImage ReadData(std::istream& stream, std::vector<uint8_t> const& block,
-        Zar::ResourcesLibrary::Image::ImageFormat format);
+    Zar::ResourcesLibrary::Image::MutableImage ReadData(std::istream& stream,
+        std::vector<uint8_t> const& block, Zar::ResourcesLibrary::Image::ImageFormat format);
 };

@@ -16,7 +16,8 @@ namespace {
 std::string NameOf(FileFormat format)
 {
     auto const value = static_cast<unsigned>(format);
-    return value > static_cast<unsigned>(FileFormat::BarsWithText) ? std::string() : FileFormatHelper::GetString(value);
+    return value > static_cast<unsigned>(FileFormat::BarsWithText) ? std::string()
+                                                                   : FileFormatHelper::GetString(value);
 }
 
 } // namespace
@@ -32,10 +33,7 @@ bool DetectInput::HasFormat(FileFormat format) const
     return false;
 }
 
-bool DetectInput::IsEmpty() const
-{
-    return _inputs.empty();
-}
+bool DetectInput::IsEmpty() const { return _inputs.empty(); }
 
 void DetectInput::Append(FileFormat format, std::string folder, ImageFormat imageFormat)
 {
@@ -62,7 +60,8 @@ MutableImage DetectInput::Load(char const* filePath)
     }
 
     if (!HasFormat(format)) {
-        std::unique_ptr<Input> input = Create(format, ImageFormat::Unknown, std::string(_folder), std::string(_pattern));
+        std::unique_ptr<Input> input
+            = Create(format, ImageFormat::Unknown, std::string(_folder), std::string(_pattern));
         if (!input)
             throw Zar::Lt::Exceptions::NotSupported(ZAR_SOURCE_INFO(), "Input::Load " + given);
         _inputs.push_back(std::move(input));

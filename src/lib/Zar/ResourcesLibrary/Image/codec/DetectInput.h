@@ -10,8 +10,7 @@ namespace Zar::ResourcesLibrary::Image {
 
 // Picks the loader of each file by its extension (BMP when there is none), making one loader per
 // format on first use and reusing it afterwards.
-class DetectInput : public Input
-{
+class DetectInput : public Input {
 public:
     using Input::Input;
     ~DetectInput() override;

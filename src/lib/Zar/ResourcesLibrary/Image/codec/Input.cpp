@@ -25,8 +25,7 @@ namespace {
 constexpr size_t kReadStep = size_t { 1 } << 20;
 
 // Appends text to a NUL-terminated buffer of a fixed size, cutting what does not fit.
-class BoundedWriter
-{
+class BoundedWriter {
 public:
     BoundedWriter(char* buffer, size_t size)
         : _buffer(buffer)
@@ -54,8 +53,7 @@ private:
 };
 
 // One printf conversion of a pattern, split into its parts so that it can be checked before use.
-struct Conversion
-{
+struct Conversion {
     std::string flags;
     std::string width;
     bool hasPrecision = false; // a '.' was given, with or without digits
@@ -99,10 +97,7 @@ Conversion ParseConversion(std::string const& pattern, size_t percent)
     return conversion;
 }
 
-bool IsIntegerConversion(char type)
-{
-    return type != '\0' && std::strchr("diouxX", type) != nullptr;
-}
+bool IsIntegerConversion(char type) { return type != '\0' && std::strchr("diouxX", type) != nullptr; }
 
 // Formats the index through snprintf with a conversion rebuilt from checked parts only, so the
 // format handed to the C library never holds anything that reads an argument that is not there.
@@ -125,8 +120,9 @@ std::string FormatConversion(Conversion const& conversion, int index)
     bool const isSigned = conversion.type == 'd' || conversion.type == 'i';
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
-    int const written = isSigned ? std::snprintf(text, sizeof(text), format.c_str(), index)
-                                 : std::snprintf(text, sizeof(text), format.c_str(), static_cast<unsigned>(index));
+    int const written = isSigned
+        ? std::snprintf(text, sizeof(text), format.c_str(), index)
+        : std::snprintf(text, sizeof(text), format.c_str(), static_cast<unsigned>(index));
 #pragma GCC diagnostic pop
     return written < 0 ? std::string() : std::string(text);
 }
@@ -151,15 +147,9 @@ Input::Input(FileFormat fileFormat, ImageFormat imageFormat, std::string pattern
 
 Input::~Input() = default;
 
-bool Input::IsEmpty() const
-{
-    return false;
-}
+bool Input::IsEmpty() const { return false; }
 
-size_t Input::GetHeaderSize() const
-{
-    return 32;
-}
+size_t Input::GetHeaderSize() const { return 32; }
 
 ImageInfo Input::ReadHeaderFromData(void const* /*data*/, size_t /*size*/)
 {
@@ -196,10 +186,12 @@ MutableImage Input::Load(char const* filePath)
     ZAR_CHECK(PreCondition, filePath && filePath[0], "Input::Load nullptr in filePath", ZAR_SOURCE_INFO());
     std::ifstream stream = OpenBinary(filePath);
     if (!stream.is_open())
-        throw ResourcesLibraryException(ZAR_SOURCE_INFO(), std::string("Input::Load cannot open ") + filePath);
+        throw ResourcesLibraryException(
+            ZAR_SOURCE_INFO(), std::string("Input::Load cannot open ") + filePath);
     ImageInfo const info = ReadHeader(stream);
     if (info.Width() <= 0 || info.Height() <= 0)
-        throw ResourcesLibraryException(ZAR_SOURCE_INFO(), std::string("Input::Load cannot read header ") + filePath);
+        throw ResourcesLibraryException(
+            ZAR_SOURCE_INFO(), std::string("Input::Load cannot read header ") + filePath);
     auto const height = static_cast<uint64_t>(info.Height());
     uint64_t bodySize = uint64_t { info.Stride() } * height;
     if (bodySize == 0)
@@ -227,10 +219,7 @@ ImageInfo Input::ReadHeaderFromData(std::vector<uint8_t> const& data)
     return ReadHeaderFromData(data.data(), data.size());
 }
 
-MutableImage Input::Load(std::string const& filePath)
-{
-    return Load(filePath.c_str());
-}
+MutableImage Input::Load(std::string const& filePath) { return Load(filePath.c_str()); }
 
 std::string Input::GetFilePath(int index, std::string const& name) const
 {
@@ -292,10 +281,7 @@ std::vector<uint8_t> Input::ReadAvailable(std::istream& stream, uint64_t size)
     return data;
 }
 
-char const* Input::GetExtension(FileFormat format)
-{
-    return FileFormatHelper::GetExtension(format);
-}
+char const* Input::GetExtension(FileFormat format) { return FileFormatHelper::GetExtension(format); }
 
 void Input::FormatIndex(char* buffer, size_t size, std::string const& pattern, int index)
 {
@@ -348,8 +334,8 @@ std::string_view Input::UsableExtension(std::string_view path) noexcept
     return tail;
 }
 
-std::unique_ptr<Input> Input::Create(FileFormat format, ImageFormat imageFormat, std::string&& folder,
-    std::string&& name)
+std::unique_ptr<Input> Input::Create(
+    FileFormat format, ImageFormat imageFormat, std::string&& folder, std::string&& name)
 {
     if (!folder.empty() && folder.back() != '/')
         folder += '/';
@@ -361,13 +347,16 @@ std::unique_ptr<Input> Input::Create(FileFormat format, ImageFormat imageFormat,
 
     switch (format) {
     case FileFormat::None:
-        return std::make_unique<DetectInput>(FileFormat::None, ImageFormat::Unknown, std::string(), std::move(pattern));
+        return std::make_unique<DetectInput>(
+            FileFormat::None, ImageFormat::Unknown, std::string(), std::move(pattern));
     case FileFormat::Raw:
     case FileFormat::Yuv:
         // The raw loader deliberately records no file format, whichever of the two was asked.
-        return std::make_unique<RawInput>(FileFormat::None, ImageFormat::Unknown, std::move(pattern), std::string());
+        return std::make_unique<RawInput>(
+            FileFormat::None, ImageFormat::Unknown, std::move(pattern), std::string());
     case FileFormat::Bmp:
-        return std::make_unique<BmpInput>(FileFormat::Bmp, ImageFormat::Unknown, std::move(pattern), std::string());
+        return std::make_unique<BmpInput>(
+            FileFormat::Bmp, ImageFormat::Unknown, std::move(pattern), std::string());
     case FileFormat::Jpeg:
     case FileFormat::Png:
     case FileFormat::Pgm:
@@ -375,8 +364,8 @@ std::unique_ptr<Input> Input::Create(FileFormat format, ImageFormat imageFormat,
     case FileFormat::Qt:
         return std::make_unique<QtInput>(format, imageFormat, std::move(pattern), std::string());
     case FileFormat::Ascii:
-        return std::make_unique<AsciiInput>(FileFormat::Ascii, ImageFormat::Unknown, std::move(pattern), std::string(),
-            'X', ' ');
+        return std::make_unique<AsciiInput>(
+            FileFormat::Ascii, ImageFormat::Unknown, std::move(pattern), std::string(), 'X', ' ');
     default:
         return nullptr;
     }

@@ -17,8 +17,7 @@ namespace Zar::ResourcesLibrary::Image {
 
 // The image loader interface: open a file, read a fixed-size header, turn it into an ImageInfo,
 // read the body, turn the bytes into a MutableImage. Create() picks the loader for a file format.
-class Input
-{
+class Input {
 public:
     Input(FileFormat fileFormat, ImageFormat imageFormat, std::string pattern, std::string folder);
     virtual ~Input();
@@ -42,8 +41,7 @@ public:
     std::string GetFilePath(int index, std::string const& name) const;
 
     static size_t RawRead(std::istream& stream, void* data, size_t size);
-    template <typename T>
-    static size_t RawRead(std::istream& stream, T& value)
+    template <typename T> static size_t RawRead(std::istream& stream, T& value)
     {
         return RawRead(stream, &value, sizeof(T));
     }
@@ -63,8 +61,8 @@ public:
     // after the last '.', which is not a second '.', and no '/' after it. Otherwise empty.
     static std::string_view UsableExtension(std::string_view path) noexcept;
 
-    static std::unique_ptr<Input> Create(FileFormat format, ImageFormat imageFormat, std::string&& folder,
-        std::string&& name);
+    static std::unique_ptr<Input> Create(
+        FileFormat format, ImageFormat imageFormat, std::string&& folder, std::string&& name);
     static std::unique_ptr<Input> Create(char const* path);
 
     FileFormat GetFileFormat() const noexcept { return _fileFormat; }

@@ -6,8 +6,7 @@
 
 // Reads the file kinds that Qt's image classes decode and copies the decoded pixels into an image
 // of the matching format.
-class QtInput : public Zar::ResourcesLibrary::Image::Input
-{
+class QtInput : public Zar::ResourcesLibrary::Image::Input {
 public:
     using Input::Input;
 

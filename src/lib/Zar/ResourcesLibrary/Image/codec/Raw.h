@@ -4,8 +4,7 @@
 #include <fstream>
 
 // File access for headerless frame dumps.
-class Raw
-{
+class Raw {
 public:
     // Opens filePath for reading and returns how many bytes of it the caller may read: the file's
     // size, but never more than maxSize, the most the caller will take. The stream is left at the

@@ -3,8 +3,7 @@
 #include "Zar/ResourcesLibrary/Image/codec/Input.h"
 
 // Reads a headerless dump of one full-screen frame: 800 x 480 Bgra pixels, rows top to bottom.
-class RawInput : public Zar::ResourcesLibrary::Image::Input
-{
+class RawInput : public Zar::ResourcesLibrary::Image::Input {
 public:
     using Input::Input;
 

@@ -17,8 +17,7 @@ namespace Zar::Lt::Core {
 namespace {
 
 // A collection that records every raw append: the other appends of the interface must all end there.
-class RecordingCollection : public IStringCollection
-{
+class RecordingCollection : public IStringCollection {
 public:
     using IStringCollection::Append;
     using IStringReadOnlyCollection::Enumerate;
@@ -41,14 +40,14 @@ TEST(IStringCollectionTest, ViewAppendPassesItsDataAndSize)
     RecordingCollection collection;
     char const text[] = "abcdef";
     collection.Append(std::string_view(text, 3));
-    EXPECT_EQ((std::vector<std::string> {"abc"}), collection.raw);
+    EXPECT_EQ((std::vector<std::string> { "abc" }), collection.raw);
 }
 
 TEST(IStringCollectionTest, EmptyViewAppendsAnEmptyString)
 {
     RecordingCollection collection;
     collection.Append(std::string_view());
-    EXPECT_EQ((std::vector<std::string> {""}), collection.raw);
+    EXPECT_EQ((std::vector<std::string> { "" }), collection.raw);
 }
 
 TEST(IStringCollectionTest, ViewLongerThanAnUnsignedLengthIsRefused)
@@ -56,21 +55,21 @@ TEST(IStringCollectionTest, ViewLongerThanAnUnsignedLengthIsRefused)
     RecordingCollection collection;
     char const text[] = "a";
     // The size is never read through: the check comes first.
-    std::string_view const huge(text, std::size_t {std::numeric_limits<unsigned>::max()} + 1);
+    std::string_view const huge(text, std::size_t { std::numeric_limits<unsigned>::max() } + 1);
     EXPECT_THAT([&] { collection.Append(huge); },
-                testing::ThrowsMessage<Zar::Lt::Exceptions::PreCondition>(
-                    testing::StrEq("PreCondition text.size() <= std::numeric_limits<unsigned>::max()")));
+        testing::ThrowsMessage<Zar::Lt::Exceptions::PreCondition>(
+            testing::StrEq("PreCondition text.size() <= std::numeric_limits<unsigned>::max()")));
     EXPECT_TRUE(collection.raw.empty());
 }
 
 TEST(IStringCollectionTest, CollectionAppendTakesEveryElementInOrder)
 {
     StringCollection other;
-    other.Append({"one", "two", "three"});
+    other.Append({ "one", "two", "three" });
     RecordingCollection collection;
     collection.Append(std::string_view("zero"));
     collection.Append(static_cast<IStringReadOnlyCollection const&>(other));
-    EXPECT_EQ((std::vector<std::string> {"zero", "one", "two", "three"}), collection.raw);
+    EXPECT_EQ((std::vector<std::string> { "zero", "one", "two", "three" }), collection.raw);
 }
 
 TEST(IStringCollectionTest, AppendOfAnEmptyCollectionAddsNothing)

@@ -12,8 +12,7 @@ namespace {
 
 // A collection that offers nothing but the enumeration primitive, over fixed texts, and records how
 // far every enumeration walked: the queries of the interface must be built on it alone.
-class FixedCollection : public IStringReadOnlyCollection
-{
+class FixedCollection : public IStringReadOnlyCollection {
 public:
     explicit FixedCollection(std::vector<std::string> texts)
         : _texts(std::move(texts))
@@ -63,14 +62,11 @@ TEST(IStringReadOnlyCollectionTest, QueriesOnAnEmptyCollection)
     EXPECT_TRUE(EnumerateFrom(empty, 3).empty());
 }
 
-TEST(IStringReadOnlyCollectionTest, OffsetIsZero)
-{
-    EXPECT_EQ(0, FixedCollection({"a", "b"}).Offset());
-}
+TEST(IStringReadOnlyCollectionTest, OffsetIsZero) { EXPECT_EQ(0, FixedCollection({ "a", "b" }).Offset()); }
 
 TEST(IStringReadOnlyCollectionTest, CountEnumeratesEverything)
 {
-    FixedCollection const collection({"a", "b", "c"});
+    FixedCollection const collection({ "a", "b", "c" });
     EXPECT_EQ(3, collection.Count());
     EXPECT_EQ(1, collection.enumerations);
     EXPECT_EQ(3, collection.visited);
@@ -78,14 +74,14 @@ TEST(IStringReadOnlyCollectionTest, CountEnumeratesEverything)
 
 TEST(IStringReadOnlyCollectionTest, ExistsStopsAtTheFirstEqualElement)
 {
-    FixedCollection const collection({"a", "b", "c", "b"});
+    FixedCollection const collection({ "a", "b", "c", "b" });
     EXPECT_TRUE(collection.Exists("b"));
     EXPECT_EQ(2, collection.visited);
 }
 
 TEST(IStringReadOnlyCollectionTest, ExistsComparesSizeAndBytes)
 {
-    FixedCollection const collection({"ab", "", std::string("x\0y", 3)});
+    FixedCollection const collection({ "ab", "", std::string("x\0y", 3) });
     EXPECT_TRUE(collection.Exists("ab"));
     EXPECT_TRUE(collection.Exists(""));
     EXPECT_TRUE(collection.Exists(std::string_view("x\0y", 3)));
@@ -97,7 +93,7 @@ TEST(IStringReadOnlyCollectionTest, ExistsComparesSizeAndBytes)
 
 TEST(IStringReadOnlyCollectionTest, IndexOfGivesTheFirstEqualPosition)
 {
-    FixedCollection const collection({"a", "b", "c", "b"});
+    FixedCollection const collection({ "a", "b", "c", "b" });
     EXPECT_EQ(1, collection.IndexOf("b"));
     EXPECT_EQ(2, collection.visited);
     EXPECT_EQ(0, collection.IndexOf("a"));
@@ -106,26 +102,26 @@ TEST(IStringReadOnlyCollectionTest, IndexOfGivesTheFirstEqualPosition)
 
 TEST(IStringReadOnlyCollectionTest, IndexOfAMissingElementIsMinusOne)
 {
-    FixedCollection const collection({"a", "b"});
+    FixedCollection const collection({ "a", "b" });
     EXPECT_EQ(-1, collection.IndexOf("z"));
     EXPECT_EQ(2, collection.visited);
 }
 
 TEST(IStringReadOnlyCollectionTest, EnumerateFromZeroDeliversEverything)
 {
-    FixedCollection const collection({"a", "b"});
-    EXPECT_EQ((Delivered {{0, "a"}, {1, "b"}}), EnumerateFrom(collection, 0));
+    FixedCollection const collection({ "a", "b" });
+    EXPECT_EQ((Delivered { { 0, "a" }, { 1, "b" } }), EnumerateFrom(collection, 0));
 }
 
 TEST(IStringReadOnlyCollectionTest, EnumerateFromAnOffsetRenumbersFromZero)
 {
-    FixedCollection const collection({"a", "b", "c", "d", "e"});
-    EXPECT_EQ((Delivered {{0, "c"}, {1, "d"}, {2, "e"}}), EnumerateFrom(collection, 2));
+    FixedCollection const collection({ "a", "b", "c", "d", "e" });
+    EXPECT_EQ((Delivered { { 0, "c" }, { 1, "d" }, { 2, "e" } }), EnumerateFrom(collection, 2));
 }
 
 TEST(IStringReadOnlyCollectionTest, EnumerateFromAnOffsetAtOrPastTheEndDeliversNothing)
 {
-    FixedCollection const collection({"a", "b", "c"});
+    FixedCollection const collection({ "a", "b", "c" });
     EXPECT_TRUE(EnumerateFrom(collection, 3).empty());
     EXPECT_TRUE(EnumerateFrom(collection, 4).empty());
     EXPECT_TRUE(EnumerateFrom(collection, 1000).empty());
@@ -134,19 +130,19 @@ TEST(IStringReadOnlyCollectionTest, EnumerateFromAnOffsetAtOrPastTheEndDeliversN
 TEST(IStringReadOnlyCollectionTest, NegativeOffsetSkipsNothingAndNumbersFromMinusTheOffset)
 {
     // Nothing lies below a negative offset, and position - offset counts up from -offset.
-    FixedCollection const collection({"a", "b"});
-    EXPECT_EQ((Delivered {{2, "a"}, {3, "b"}}), EnumerateFrom(collection, -2));
+    FixedCollection const collection({ "a", "b" });
+    EXPECT_EQ((Delivered { { 2, "a" }, { 3, "b" } }), EnumerateFrom(collection, -2));
 }
 
 TEST(IStringReadOnlyCollectionTest, EnumerateFromAnOffsetStopsWhenTheCallbackSaysSo)
 {
-    FixedCollection const collection({"a", "b", "c", "d", "e"});
+    FixedCollection const collection({ "a", "b", "c", "d", "e" });
     Delivered delivered;
     collection.Enumerate(1, [&delivered](int index, std::string_view text) {
         delivered.emplace_back(index, std::string(text));
         return index < 1;
     });
-    EXPECT_EQ((Delivered {{0, "b"}, {1, "c"}}), delivered);
+    EXPECT_EQ((Delivered { { 0, "b" }, { 1, "c" } }), delivered);
     EXPECT_EQ(3, collection.visited);
 }
 

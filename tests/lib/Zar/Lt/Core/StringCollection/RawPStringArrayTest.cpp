@@ -41,23 +41,20 @@ static_assert(kBuilt.data[0] == 2 && kBuilt.data[1] == 'a' && kBuilt.data[2] == 
 static_assert(kBuilt.data[3] == 1 && kBuilt.data[4] == 'c' && kBuilt.data[5] == 0);
 static_assert(kBuilt.data[6] == 0 && kBuilt.data[7] == 0);
 
-template <std::size_t capacity>
-std::vector<uint8_t> Bytes(RawPStringArray<capacity> const& block)
+template <std::size_t capacity> std::vector<uint8_t> Bytes(RawPStringArray<capacity> const& block)
 {
     std::vector<uint8_t> bytes(sizeof block);
     std::memcpy(bytes.data(), &block, sizeof block);
     return bytes;
 }
 
-template <std::size_t capacity>
-std::vector<uint8_t> Data(RawPStringArray<capacity> const& block)
+template <std::size_t capacity> std::vector<uint8_t> Data(RawPStringArray<capacity> const& block)
 {
-    return {block.data, block.data + capacity};
+    return { block.data, block.data + capacity };
 }
 
 // The block followed by bytes that it must never write, as the header is followed by the sectors.
-struct Guarded
-{
+struct Guarded {
     RawPStringArray<8> block;
     std::array<uint8_t, 8> guard;
 };
@@ -69,7 +66,7 @@ Guarded MakeGuarded()
     return guarded;
 }
 
-constexpr std::array<uint8_t, 8> kUntouched {0xAA, 0xAA, 0xAA, 0xAA, 0xAA, 0xAA, 0xAA, 0xAA};
+constexpr std::array<uint8_t, 8> kUntouched { 0xAA, 0xAA, 0xAA, 0xAA, 0xAA, 0xAA, 0xAA, 0xAA };
 
 void ExpectPreCondition(std::function<void()> const& action, char const* message, uint32_t line)
 {
@@ -98,7 +95,8 @@ TEST(RawPStringArrayTest, StringIsStoredAsLengthThenBytes)
     block.Append("abc", 3);
     EXPECT_EQ(4u, block.used);
     EXPECT_EQ(1u, block.count);
-    EXPECT_EQ((std::vector<uint8_t> {3, 'a', 'b', 'c', 0}), std::vector<uint8_t>(block.data, block.data + 5));
+    EXPECT_EQ(
+        (std::vector<uint8_t> { 3, 'a', 'b', 'c', 0 }), std::vector<uint8_t>(block.data, block.data + 5));
 }
 
 TEST(RawPStringArrayTest, NextAppendOverwritesTheTerminatingZero)
@@ -109,15 +107,15 @@ TEST(RawPStringArrayTest, NextAppendOverwritesTheTerminatingZero)
     block.Append("", 0);
     EXPECT_EQ(8u, block.used);
     EXPECT_EQ(3u, block.count);
-    EXPECT_EQ((std::vector<uint8_t> {2, 'a', 'b', 3, 'x', 'y', 'z', 0, 0}),
-              std::vector<uint8_t>(block.data, block.data + 9));
+    EXPECT_EQ((std::vector<uint8_t> { 2, 'a', 'b', 3, 'x', 'y', 'z', 0, 0 }),
+        std::vector<uint8_t>(block.data, block.data + 9));
 }
 
 TEST(RawPStringArrayTest, WholeBlockBytesAreCountsThenData)
 {
     RawPStringArray<8> block;
     block.Append("hi", 2);
-    EXPECT_EQ((std::vector<uint8_t> {3, 0, 0, 0, 1, 0, 0, 0, 2, 'h', 'i', 0, 0, 0, 0, 0}), Bytes(block));
+    EXPECT_EQ((std::vector<uint8_t> { 3, 0, 0, 0, 1, 0, 0, 0, 2, 'h', 'i', 0, 0, 0, 0, 0 }), Bytes(block));
 }
 
 TEST(RawPStringArrayTest, StringOf255BytesIsAccepted)
@@ -178,13 +176,14 @@ TEST(RawPStringArrayTest, StringOneByteTooLongForTheRestIsRefused)
         block.Append(full.c_str(), full.size());
     auto const before = Bytes(block);
     std::string const tooLong(224, 't');
-    ExpectPreCondition([&] { block.Append(tooLong.c_str(), tooLong.size()); }, "PreCondition next <= capacity", 76);
+    ExpectPreCondition(
+        [&] { block.Append(tooLong.c_str(), tooLong.size()); }, "PreCondition next <= capacity", 76);
     EXPECT_EQ(before, Bytes(block));
 }
 
 TEST(RawPStringArrayTest, BlockWithALyingUsedCountIsRefused)
 {
-    for (uint32_t used : {9u, 0xFFFFFFFEu, 0xFFFFFFFFu}) {
+    for (uint32_t used : { 9u, 0xFFFFFFFEu, 0xFFFFFFFFu }) {
         Guarded guarded = MakeGuarded();
         guarded.block.used = used;
         ExpectPreCondition([&] { guarded.block.Append("x", 1); }, "PreCondition next <= capacity", 76);
@@ -200,7 +199,7 @@ TEST(RawPStringArrayTest, BlockFilledExactlyWritesNothingBeyondItsData)
     Guarded guarded = MakeGuarded();
     guarded.block.Append("abcdefg", 7);
     EXPECT_EQ(8u, guarded.block.used);
-    EXPECT_EQ((std::vector<uint8_t> {7, 'a', 'b', 'c', 'd', 'e', 'f', 'g'}), Data(guarded.block));
+    EXPECT_EQ((std::vector<uint8_t> { 7, 'a', 'b', 'c', 'd', 'e', 'f', 'g' }), Data(guarded.block));
     EXPECT_EQ(kUntouched, guarded.guard);
 }
 
@@ -211,7 +210,7 @@ TEST(RawPStringArrayTest, EmptyStringFillingTheLastByteWritesNothingBeyond)
     guarded.block.Append("", 0);
     EXPECT_EQ(8u, guarded.block.used);
     EXPECT_EQ(2u, guarded.block.count);
-    EXPECT_EQ((std::vector<uint8_t> {6, 'a', 'b', 'c', 'd', 'e', 'f', 0}), Data(guarded.block));
+    EXPECT_EQ((std::vector<uint8_t> { 6, 'a', 'b', 'c', 'd', 'e', 'f', 0 }), Data(guarded.block));
     EXPECT_EQ(kUntouched, guarded.guard);
 }
 
@@ -220,11 +219,11 @@ TEST(RawPStringArrayTest, CopyRunsToTheTerminatingZeroNotByLength)
     Header block;
     block.Append("abcdef", 3);
     EXPECT_EQ(4u, block.used);
-    EXPECT_EQ((std::vector<uint8_t> {3, 'a', 'b', 'c', 'd', 'e', 'f', 0}),
-              std::vector<uint8_t>(block.data, block.data + 8));
+    EXPECT_EQ((std::vector<uint8_t> { 3, 'a', 'b', 'c', 'd', 'e', 'f', 0 }),
+        std::vector<uint8_t>(block.data, block.data + 8));
     block.Append("x", 1);
-    EXPECT_EQ((std::vector<uint8_t> {3, 'a', 'b', 'c', 1, 'x', 0, 0}),
-              std::vector<uint8_t>(block.data, block.data + 8));
+    EXPECT_EQ((std::vector<uint8_t> { 3, 'a', 'b', 'c', 1, 'x', 0, 0 }),
+        std::vector<uint8_t>(block.data, block.data + 8));
 }
 
 TEST(RawPStringArrayTest, CopyPastTheLengthStillStopsAtTheCapacity)
@@ -233,7 +232,7 @@ TEST(RawPStringArrayTest, CopyPastTheLengthStillStopsAtTheCapacity)
     guarded.block.Append("abcdefghijklmnop", 2);
     EXPECT_EQ(3u, guarded.block.used);
     EXPECT_EQ(1u, guarded.block.count);
-    EXPECT_EQ((std::vector<uint8_t> {2, 'a', 'b', 'c', 'd', 'e', 'f', 'g'}), Data(guarded.block));
+    EXPECT_EQ((std::vector<uint8_t> { 2, 'a', 'b', 'c', 'd', 'e', 'f', 'g' }), Data(guarded.block));
     EXPECT_EQ(kUntouched, guarded.guard);
 }
 
@@ -242,7 +241,7 @@ TEST(RawPStringArrayTest, CopyStopsAtAnEmbeddedZero)
     Header block;
     block.Append("a\0c", 3);
     EXPECT_EQ(4u, block.used);
-    EXPECT_EQ((std::vector<uint8_t> {3, 'a', 0, 0, 0}), std::vector<uint8_t>(block.data, block.data + 5));
+    EXPECT_EQ((std::vector<uint8_t> { 3, 'a', 0, 0, 0 }), std::vector<uint8_t>(block.data, block.data + 5));
 }
 
 TEST(RawPStringArrayTest, NullTextOfNoLengthIsAnEmptyString)
@@ -271,19 +270,19 @@ TEST(RawPStringArrayTest, NullTextWithALengthIsRefused)
 TEST(RawPStringArrayTest, CollectionAppendStoresEveryElementWithItsSize)
 {
     StringCollection names;
-    names.Append({"Play", "", "Stop"});
+    names.Append({ "Play", "", "Stop" });
     Header block;
     block.Append(names);
     EXPECT_EQ(11u, block.used);
     EXPECT_EQ(3u, block.count);
-    EXPECT_EQ((std::vector<uint8_t> {4, 'P', 'l', 'a', 'y', 0, 4, 'S', 't', 'o', 'p', 0}),
-              std::vector<uint8_t>(block.data, block.data + 12));
+    EXPECT_EQ((std::vector<uint8_t> { 4, 'P', 'l', 'a', 'y', 0, 4, 'S', 't', 'o', 'p', 0 }),
+        std::vector<uint8_t>(block.data, block.data + 12));
 }
 
 TEST(RawPStringArrayTest, CollectionAppendStopsAtTheFirstRefusedElement)
 {
     StringCollection names;
-    names.Append({"ok", std::string(256, 'x'), "never"});
+    names.Append({ "ok", std::string(256, 'x'), "never" });
     Header block;
     ExpectPreCondition([&] { block.Append(names); }, "PreCondition length <= 255u", 73);
     EXPECT_EQ(3u, block.used);
@@ -293,7 +292,7 @@ TEST(RawPStringArrayTest, CollectionAppendStopsAtTheFirstRefusedElement)
 TEST(RawPStringArrayTest, CollectionTooLargeForTheBlockIsRefused)
 {
     StringCollection names;
-    names.Append({"abc", "defg"});
+    names.Append({ "abc", "defg" });
     RawPStringArray<8> block;
     ExpectPreCondition([&] { block.Append(names); }, "PreCondition next <= capacity", 76);
     EXPECT_EQ(4u, block.used);

@@ -26,7 +26,7 @@ std::vector<std::string> Elements(IStringReadOnlyCollection const& collection)
 StringCollection Five()
 {
     StringCollection collection;
-    collection.Append({"a", "b", "c", "d", "e"});
+    collection.Append({ "a", "b", "c", "d", "e" });
     return collection;
 }
 
@@ -45,7 +45,7 @@ TEST(StringCollectionTest, RawAppendCopiesTheBytes)
     char text[] = "abc";
     collection.Append(text, 3);
     text[0] = 'X';
-    EXPECT_EQ((std::vector<std::string> {"abc"}), Elements(collection));
+    EXPECT_EQ((std::vector<std::string> { "abc" }), Elements(collection));
 }
 
 TEST(StringCollectionTest, RawAppendTakesLengthBytesNotUpToAZero)
@@ -53,7 +53,7 @@ TEST(StringCollectionTest, RawAppendTakesLengthBytesNotUpToAZero)
     StringCollection collection;
     collection.Append("a\0b-tail", 3);
     collection.Append("ignored", 0);
-    EXPECT_EQ((std::vector<std::string> {std::string("a\0b", 3), ""}), Elements(collection));
+    EXPECT_EQ((std::vector<std::string> { std::string("a\0b", 3), "" }), Elements(collection));
 }
 
 TEST(StringCollectionTest, DefaultViewAppendsAnEmptyString)
@@ -61,16 +61,16 @@ TEST(StringCollectionTest, DefaultViewAppendsAnEmptyString)
     StringCollection collection;
     collection.Append(std::string_view());
     collection.Append(nullptr, 0);
-    EXPECT_EQ((std::vector<std::string> {"", ""}), Elements(collection));
+    EXPECT_EQ((std::vector<std::string> { "", "" }), Elements(collection));
 }
 
 TEST(StringCollectionTest, ListAppendKeepsTheOrderAfterExistingElements)
 {
     StringCollection collection;
     collection.Append(std::string_view("first"));
-    collection.Append({"second", "third"});
+    collection.Append({ "second", "third" });
     collection.Append(std::initializer_list<std::string_view> {});
-    EXPECT_EQ((std::vector<std::string> {"first", "second", "third"}), Elements(collection));
+    EXPECT_EQ((std::vector<std::string> { "first", "second", "third" }), Elements(collection));
     EXPECT_EQ(3, collection.Count());
 }
 
@@ -78,17 +78,17 @@ TEST(StringCollectionTest, CollectionAppendCopiesAnotherCollection)
 {
     StringCollection collection;
     collection.Append(static_cast<IStringReadOnlyCollection const&>(Five()));
-    EXPECT_EQ((std::vector<std::string> {"a", "b", "c", "d", "e"}), Elements(collection));
+    EXPECT_EQ((std::vector<std::string> { "a", "b", "c", "d", "e" }), Elements(collection));
 }
 
 TEST(StringCollectionTest, CollectionAppendedToItselfDoublesOnce)
 {
     StringCollection collection;
-    collection.Append({"a long string that does not fit a small buffer", "b"});
+    collection.Append({ "a long string that does not fit a small buffer", "b" });
     collection.Append(static_cast<IStringReadOnlyCollection const&>(collection));
-    EXPECT_EQ((std::vector<std::string> {"a long string that does not fit a small buffer", "b",
-                                         "a long string that does not fit a small buffer", "b"}),
-              Elements(collection));
+    EXPECT_EQ((std::vector<std::string> { "a long string that does not fit a small buffer", "b",
+                  "a long string that does not fit a small buffer", "b" }),
+        Elements(collection));
 }
 
 TEST(StringCollectionTest, EnumerateStopsWhenTheCallbackReturnsFalse)
@@ -98,7 +98,7 @@ TEST(StringCollectionTest, EnumerateStopsWhenTheCallbackReturnsFalse)
         seen.push_back(index);
         return index < 2;
     });
-    EXPECT_EQ((std::vector<int> {0, 1, 2}), seen);
+    EXPECT_EQ((std::vector<int> { 0, 1, 2 }), seen);
 }
 
 TEST(StringCollectionTest, EnumerateWithAnOffset)
@@ -108,7 +108,7 @@ TEST(StringCollectionTest, EnumerateWithAnOffset)
         seen.emplace_back(index, text);
         return true;
     });
-    EXPECT_EQ((std::vector<std::pair<int, std::string>> {{0, "c"}, {1, "d"}, {2, "e"}}), seen);
+    EXPECT_EQ((std::vector<std::pair<int, std::string>> { { 0, "c" }, { 1, "d" }, { 2, "e" } }), seen);
 }
 
 TEST(StringCollectionTest, EnumerateWithAnOffsetPastTheEndDeliversNothing)
@@ -133,7 +133,7 @@ TEST(StringCollectionTest, EmptyCallbackThrowsOnlyWhenThereIsSomethingToDeliver)
 TEST(StringCollectionTest, QueriesFindTheFirstEqualElement)
 {
     StringCollection collection;
-    collection.Append({"Play", "Stop", "Play", ""});
+    collection.Append({ "Play", "Stop", "Play", "" });
     EXPECT_EQ(4, collection.Count());
     EXPECT_EQ(0, collection.IndexOf("Play"));
     EXPECT_EQ(1, collection.IndexOf("Stop"));
@@ -159,8 +159,8 @@ TEST(StringCollectionTest, ListAppendThroughTheClassSlot)
     StringCollection target;
     IStringCollection& collection = target;
     collection.Append(std::string_view("x"));
-    target.Append({"y"});
-    EXPECT_EQ((std::vector<std::string> {"x", "y"}), Elements(collection));
+    target.Append({ "y" });
+    EXPECT_EQ((std::vector<std::string> { "x", "y" }), Elements(collection));
 }
 
 } // namespace

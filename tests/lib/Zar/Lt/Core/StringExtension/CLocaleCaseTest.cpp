@@ -14,8 +14,7 @@ static_assert(CLocaleCase::ToLower('A') == 'a' && CLocaleCase::ToLower('Z') == '
 static_assert(CLocaleCase::IsSpace(' ') && !CLocaleCase::IsSpace('_'));
 
 // The C library's own functions in the C locale, whatever locale this process has set.
-class CLibraryInCLocale
-{
+class CLibraryInCLocale {
 public:
     CLibraryInCLocale()
         : _locale(newlocale(LC_ALL_MASK, "C", static_cast<locale_t>(nullptr)))
@@ -55,16 +54,16 @@ TEST(CLocaleCaseTest, LatinOneLettersKeepTheirCase)
 
 TEST(CLocaleCaseTest, OnlyTheSixAsciiWhiteSpacesAreWhiteSpace)
 {
-    for (char c : {' ', '\t', '\n', '\v', '\f', '\r'})
+    for (char c : { ' ', '\t', '\n', '\v', '\f', '\r' })
         EXPECT_TRUE(CLocaleCase::IsSpace(static_cast<uint32_t>(c))) << static_cast<int>(c);
-    for (uint32_t c : {0x00u, 0x08u, 0x0Eu, 0x1Fu, 0x85u, 0xA0u})
+    for (uint32_t c : { 0x00u, 0x08u, 0x0Eu, 0x1Fu, 0x85u, 0xA0u })
         EXPECT_FALSE(CLocaleCase::IsSpace(c)) << c;
 }
 
 TEST(CLocaleCaseTest, CodePointsFrom256PassUnchangedAndAreNotWhiteSpace)
 {
-    for (uint32_t c : {0x100u, 0x101u, 0x130u, 0x131u, 0x3A9u, 0x3C9u, 0x1680u, 0x2003u, 0x3000u, 0xFF41u,
-                       0x1F600u, 0x10FFFFu}) {
+    for (uint32_t c : { 0x100u, 0x101u, 0x130u, 0x131u, 0x3A9u, 0x3C9u, 0x1680u, 0x2003u, 0x3000u, 0xFF41u,
+             0x1F600u, 0x10FFFFu }) {
         EXPECT_EQ(c, CLocaleCase::ToUpper(c)) << c;
         EXPECT_EQ(c, CLocaleCase::ToLower(c)) << c;
         EXPECT_FALSE(CLocaleCase::IsSpace(c)) << c;

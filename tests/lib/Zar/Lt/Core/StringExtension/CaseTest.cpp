@@ -15,30 +15,20 @@
 namespace Zar::Lt::Core {
 namespace {
 
-using Zar::Lt::Exceptions::PostCondition;
 using testing::StrEq;
 using testing::ThrowsMessage;
+using Zar::Lt::Exceptions::PostCondition;
 
-std::string Upper(std::string_view text)
-{
-    return ToUpper(text);
-}
+std::string Upper(std::string_view text) { return ToUpper(text); }
 
-std::string Lower(std::string_view text)
-{
-    return ToLower(text);
-}
+std::string Lower(std::string_view text) { return ToLower(text); }
 
-std::string Capital(std::string_view text)
-{
-    return ToCapital(text);
-}
+std::string Capital(std::string_view text) { return ToCapital(text); }
 
 // A mapping as some other locale might have it: i and I take the dotted and dotless forms, which need
 // two bytes in UTF-8 where the letters needed one; é loses its accent and so shrinks from two bytes to
 // one; # maps to a surrogate, which cannot be written.
-struct WideningCase
-{
+struct WideningCase {
     static uint32_t ToUpper(uint32_t codePoint)
     {
         if (codePoint == 'i')
@@ -61,20 +51,11 @@ struct WideningCase
 using Traits = std::char_traits<char>;
 using Alloc = std::allocator<char>;
 
-std::string WideUpper(std::string_view text)
-{
-    return ToUpper<Traits, Alloc, WideningCase>(text);
-}
+std::string WideUpper(std::string_view text) { return ToUpper<Traits, Alloc, WideningCase>(text); }
 
-std::string WideLower(std::string_view text)
-{
-    return ToLower<Traits, Alloc, WideningCase>(text);
-}
+std::string WideLower(std::string_view text) { return ToLower<Traits, Alloc, WideningCase>(text); }
 
-std::string WideCapital(std::string_view text)
-{
-    return ToCapital<Traits, Alloc, WideningCase>(text);
-}
+std::string WideCapital(std::string_view text) { return ToCapital<Traits, Alloc, WideningCase>(text); }
 
 void ExpectLongerResultRefused(std::function<void()> const& action, uint32_t line, char const* function)
 {
@@ -117,10 +98,7 @@ TEST(CaseTest, TextAlreadyInTheTargetCaseIsReturnedByteForByte)
     EXPECT_EQ(capital, Capital(capital));
 }
 
-TEST(CaseTest, CapitalDoesNotLowerTheRest)
-{
-    EXPECT_EQ("MiXeD CaSe", Capital("miXeD caSe"));
-}
+TEST(CaseTest, CapitalDoesNotLowerTheRest) { EXPECT_EQ("MiXeD CaSe", Capital("miXeD caSe")); }
 
 TEST(CaseTest, TabCarriageReturnAndLineFeedStartAWord)
 {
@@ -160,9 +138,18 @@ TEST(CaseTest, CodePointsFrom256PassUnchanged)
 
 TEST(CaseTest, WhiteSpaceFrom128OnIsNotAWordBreak)
 {
-    EXPECT_EQ("A\xC2\xA0" "b", Capital("a\xC2\xA0" "b"));    // no-break space 0xA0
-    EXPECT_EQ("A\xC2\x85" "b", Capital("a\xC2\x85" "b"));    // next line 0x85
-    EXPECT_EQ("A\xE2\x80\x83" "b", Capital("a\xE2\x80\x83" "b")); // em space 0x2003
+    EXPECT_EQ("A\xC2\xA0"
+              "b",
+        Capital("a\xC2\xA0"
+                "b")); // no-break space 0xA0
+    EXPECT_EQ("A\xC2\x85"
+              "b",
+        Capital("a\xC2\x85"
+                "b")); // next line 0x85
+    EXPECT_EQ("A\xE2\x80\x83"
+              "b",
+        Capital("a\xE2\x80\x83"
+                "b")); // em space 0x2003
 }
 
 TEST(CaseTest, EmbeddedZeroIsKept)
@@ -182,7 +169,8 @@ TEST(CaseTest, TruncatedSequenceIsNotEnoughSpace)
 {
     EXPECT_THAT([] { Upper("ab\xC3"); }, ThrowsMessage<utf8::not_enough_room>(StrEq("Not enough space")));
     EXPECT_THAT([] { Lower("\xE2\x82"); }, ThrowsMessage<utf8::not_enough_room>(StrEq("Not enough space")));
-    EXPECT_THAT([] { Capital("\xF0\x9F\x98"); }, ThrowsMessage<utf8::not_enough_room>(StrEq("Not enough space")));
+    EXPECT_THAT(
+        [] { Capital("\xF0\x9F\x98"); }, ThrowsMessage<utf8::not_enough_room>(StrEq("Not enough space")));
 }
 
 TEST(CaseTest, MalformedSequencesAreInvalidUtf8)
@@ -195,17 +183,20 @@ TEST(CaseTest, MalformedSequencesAreInvalidUtf8)
 
 TEST(CaseTest, EncodedSurrogateAndOutOfRangeAreInvalidCodePoints)
 {
-    EXPECT_THAT([] { Upper("\xED\xA0\x80"); }, ThrowsMessage<utf8::invalid_code_point>(StrEq("Invalid code point")));
+    EXPECT_THAT(
+        [] { Upper("\xED\xA0\x80"); }, ThrowsMessage<utf8::invalid_code_point>(StrEq("Invalid code point")));
     EXPECT_THAT([] { Lower("\xF4\x90\x80\x80"); },
-                ThrowsMessage<utf8::invalid_code_point>(StrEq("Invalid code point")));
+        ThrowsMessage<utf8::invalid_code_point>(StrEq("Invalid code point")));
 }
 
 TEST(CaseTest, NoncharactersFFFEAndFFFFAreInvalidCodePoints)
 {
-    EXPECT_THAT([] { Upper("a\xEF\xBF\xBE"); }, ThrowsMessage<utf8::invalid_code_point>(StrEq("Invalid code point")));
-    EXPECT_THAT([] { Lower("\xEF\xBF\xBF"); }, ThrowsMessage<utf8::invalid_code_point>(StrEq("Invalid code point")));
+    EXPECT_THAT(
+        [] { Upper("a\xEF\xBF\xBE"); }, ThrowsMessage<utf8::invalid_code_point>(StrEq("Invalid code point")));
+    EXPECT_THAT(
+        [] { Lower("\xEF\xBF\xBF"); }, ThrowsMessage<utf8::invalid_code_point>(StrEq("Invalid code point")));
     EXPECT_THAT([] { Capital("\xEF\xBF\xBF"); },
-                ThrowsMessage<utf8::invalid_code_point>(StrEq("Invalid code point")));
+        ThrowsMessage<utf8::invalid_code_point>(StrEq("Invalid code point")));
 }
 
 TEST(CaseTest, NeighboursOfTheNoncharactersAreWritten)
@@ -216,9 +207,11 @@ TEST(CaseTest, NeighboursOfTheNoncharactersAreWritten)
 
 TEST(CaseTest, MappingToAnInvalidCodePointIsRefused)
 {
-    EXPECT_THAT([] { WideUpper("a#"); }, ThrowsMessage<utf8::invalid_code_point>(StrEq("Invalid code point")));
+    EXPECT_THAT(
+        [] { WideUpper("a#"); }, ThrowsMessage<utf8::invalid_code_point>(StrEq("Invalid code point")));
     EXPECT_THAT([] { WideLower("#"); }, ThrowsMessage<utf8::invalid_code_point>(StrEq("Invalid code point")));
-    EXPECT_THAT([] { WideCapital("#"); }, ThrowsMessage<utf8::invalid_code_point>(StrEq("Invalid code point")));
+    EXPECT_THAT(
+        [] { WideCapital("#"); }, ThrowsMessage<utf8::invalid_code_point>(StrEq("Invalid code point")));
 }
 
 TEST(CaseTest, LongerResultIsRefusedByLowerAtLine29)
@@ -239,7 +232,9 @@ TEST(CaseTest, LongerResultIsRefusedByCapitalAtLine86)
 TEST(CaseTest, LongerCodePointIsAcceptedWhenAnotherShrinks)
 {
     // The check is on the whole result: é shrinking by one byte makes room for i growing by one.
-    EXPECT_EQ("\xC4\xB0" "E", WideUpper("i\xC3\xA9"));
+    EXPECT_EQ("\xC4\xB0"
+              "E",
+        WideUpper("i\xC3\xA9"));
 }
 
 TEST(CaseTest, ShorterResultIsCutToTheBytesWritten)
@@ -256,9 +251,7 @@ TEST(CaseTest, CapitalMapsOnlyTheFirstCodePointOfAWord)
 }
 
 // A traits type of its own: the result keeps the traits of the argument.
-struct OtherTraits : std::char_traits<char>
-{
-};
+struct OtherTraits : std::char_traits<char> { };
 
 TEST(CaseTest, ResultKeepsTheTraitsOfTheInput)
 {

@@ -15,6 +15,10 @@
 #include <tuple>
 #include <vector>
 
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StrEq;
+using testing::ThrowsMessage;
 using TestSupport::BmpWriter;
 using Zar::Lt::Core::ScratchFolder;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
@@ -22,10 +26,6 @@ using Zar::ResourcesLibrary::Image::DetectInput;
 using Zar::ResourcesLibrary::Image::FileFormat;
 using Zar::ResourcesLibrary::Image::InputSequence;
 using Zar::ResourcesLibrary::Image::MutableImage;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::StrEq;
-using testing::ThrowsMessage;
 
 namespace {
 
@@ -40,8 +40,7 @@ std::string WriteBmp(ScratchFolder const& folder, std::string const& name, uint8
 using Call = std::tuple<int, std::string>;
 
 // Records every call of the callback, and answers false to show that the answer is not used.
-struct Recorder
-{
+struct Recorder {
     std::vector<Call> calls;
     std::vector<std::vector<uint8_t>> pixels;
 
@@ -102,10 +101,12 @@ TEST(InputSequenceTest, ALineLongerThanTheLimitIsCutAndTheNextLineIsReadWhole)
     ScratchFolder folder;
     std::string const longLine(300, 'a');
     std::string const exact(255, 'e');
-    std::string const list = folder.Write("list.txt", longLine + "\nnext.bmp\n" + exact + "\n" + std::string(100000, 'z'));
+    std::string const list
+        = folder.Write("list.txt", longLine + "\nnext.bmp\n" + exact + "\n" + std::string(100000, 'z'));
     InputSequence sequence(FileFormat::None, folder.Prefix(), "%04", true);
     sequence.AddList(list);
-    EXPECT_THAT(sequence.Items(), ElementsAre(std::string(255, 'a'), "next.bmp", exact, std::string(255, 'z')));
+    EXPECT_THAT(
+        sequence.Items(), ElementsAre(std::string(255, 'a'), "next.bmp", exact, std::string(255, 'z')));
 }
 
 TEST(InputSequenceTest, AlongLineIsCutBeforeItsWhiteSpaceIsStripped)
@@ -136,7 +137,8 @@ TEST(InputSequenceTest, AMissingListFailsOnlyWhenRequired)
         FAIL() << "no exception";
     } catch (ResourcesLibraryException const& e) {
         EXPECT_EQ("Cannot open " + path, e.what());
-        EXPECT_STREQ("void Zar::ResourcesLibrary::Image::InputSequence::AddList(const string&)", e.Source()._function);
+        EXPECT_STREQ(
+            "void Zar::ResourcesLibrary::Image::InputSequence::AddList(const string&)", e.Source()._function);
         EXPECT_STREQ(kSourceFile, e.Source()._file);
         EXPECT_EQ(55u, e.Source()._line);
     }
@@ -166,7 +168,8 @@ TEST(InputSequenceTest, NoLoaderIsAnErrorOnlyWhenRequired)
         FAIL() << "no exception";
     } catch (ResourcesLibraryException const& e) {
         EXPECT_STREQ("No input", e.what());
-        EXPECT_STREQ("bool Zar::ResourcesLibrary::Image::InputSequence::CheckInput() const", e.Source()._function);
+        EXPECT_STREQ(
+            "bool Zar::ResourcesLibrary::Image::InputSequence::CheckInput() const", e.Source()._function);
         EXPECT_STREQ(kSourceFile, e.Source()._file);
         EXPECT_EQ(29u, e.Source()._line);
     }
@@ -241,8 +244,8 @@ TEST(InputSequenceTest, EveryFailedItemGetsALineWithTheLoadersExtension)
     for (char const* item : { "missing", "good", "other" })
         sequence.AddItem(item);
     Recorder recorder;
-    std::string const expected = "1 missing.bmp BmpInput::Load cannot open " + folder.PathOf("missing.bmp") + "\n"
-        + "3 other.bmp BmpInput::Load cannot open " + folder.PathOf("other.bmp") + "\n";
+    std::string const expected = "1 missing.bmp BmpInput::Load cannot open " + folder.PathOf("missing.bmp")
+        + "\n" + "3 other.bmp BmpInput::Load cannot open " + folder.PathOf("other.bmp") + "\n";
     EXPECT_THAT([&] { sequence.LoadAll(recorder.Callback(), 0); },
         ThrowsMessage<ResourcesLibraryException>(StrEq(expected)));
     EXPECT_THAT(recorder.calls, ElementsAre(Call { 2, "good" }));
@@ -429,7 +432,8 @@ TEST(InputSequenceTest, ReadByIndexFormatsThePatternWithoutTheFolder)
     EXPECT_THAT(sequence.Read(3).Buffer(), ElementsAre(0x00, 0x00, 0xFF, 0xFF));
     EXPECT_THAT(sequence.Read(3, "").Buffer(), ElementsAre(0x00, 0x00, 0xFF, 0xFF));
     EXPECT_THAT([&] { sequence.Read(4); },
-        ThrowsMessage<ResourcesLibraryException>(StrEq("BmpInput::Load cannot open " + folder.PathOf("0004.bmp"))));
+        ThrowsMessage<ResourcesLibraryException>(
+            StrEq("BmpInput::Load cannot open " + folder.PathOf("0004.bmp"))));
 }
 
 TEST(InputSequenceTest, ReadByIndexAndNameLoadsTheComposedPath)

@@ -12,11 +12,11 @@
 #include <string>
 #include <vector>
 
+using testing::Each;
 using TestSupport::BmpWriter;
 using Zar::ResourcesLibrary::Image::FileFormat;
 using Zar::ResourcesLibrary::Image::ImageFormat;
 using Zar::ResourcesLibrary::Image::MutableImage;
-using testing::Each;
 
 namespace {
 

@@ -17,6 +17,11 @@
 #include <string>
 #include <vector>
 
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using testing::StartsWith;
+using testing::StrEq;
+using testing::ThrowsMessage;
 using TestSupport::BmpWriter;
 using Zar::Lt::Core::ScratchFolder;
 using Zar::Lt::Exceptions::BaseException;
@@ -27,20 +32,12 @@ using Zar::ResourcesLibrary::Image::ImageFormat;
 using Zar::ResourcesLibrary::Image::ImageInfo;
 using Zar::ResourcesLibrary::Image::MutableImage;
 using Zar::ResourcesLibrary::Image::BmpInternal::BITMAPINFOHEADER;
-using testing::ElementsAre;
-using testing::ElementsAreArray;
-using testing::StartsWith;
-using testing::StrEq;
-using testing::ThrowsMessage;
 
 using Bytes = std::vector<uint8_t>;
 
 namespace {
 
-BmpInput MakeLoader()
-{
-    return BmpInput(FileFormat::Bmp, ImageFormat::Unknown, "%04u.bmp", "");
-}
+BmpInput MakeLoader() { return BmpInput(FileFormat::Bmp, ImageFormat::Unknown, "%04u.bmp", ""); }
 
 MutableImage LoadBytes(Bytes const& bytes)
 {
@@ -58,10 +55,7 @@ MutableImage LoadFromMemory(Bytes const& bytes)
     return input.ReadData(stream, block, ImageFormat::Unknown);
 }
 
-MutableImage LoadBmp(BmpWriter const& bmp)
-{
-    return LoadBytes(bmp.Bytes());
-}
+MutableImage LoadBmp(BmpWriter const& bmp) { return LoadBytes(bmp.Bytes()); }
 
 Bytes Row(MutableImage const& image, int row)
 {
@@ -122,7 +116,8 @@ TEST(BmpInputTest, MonoWidthTwelveFillsTheWiderImageLineFromThePaddingBits)
 {
     // Source stride 4, image stride 8: two source bytes give 8 output bytes; pixels 12 to 15 come
     // from the low bits of the second byte, which lie beyond the width.
-    MutableImage const image = LoadBmp(BmpWriter::Mono(12, { { 0xAB, 0xC5 }, { 0x00, 0x0F } }, BmpWriter::BlackFirst));
+    MutableImage const image
+        = LoadBmp(BmpWriter::Mono(12, { { 0xAB, 0xC5 }, { 0x00, 0x0F } }, BmpWriter::BlackFirst));
     EXPECT_EQ(12, image.Info().Width());
     EXPECT_EQ(8u, image.Info().Stride());
     EXPECT_THAT(Row(image, 0), ElementsAre(0xF0, 0xF0, 0xF0, 0xFF, 0xFF, 0x00, 0x0F, 0x0F));
@@ -133,8 +128,8 @@ TEST(BmpInputTest, MonoStopsAtTheSourceStrideWhenTheWidthNeedsMore)
 {
     // Width 33 has a source stride of 4 bytes (the bits are divided by 8 rounding down), so the
     // 33rd pixel is never read and its output byte stays zero.
-    MutableImage const image = LoadBmp(BmpWriter::Mono(33, { { 0xFF, 0xFF, 0xFF, 0xFF, 0x80, 0, 0, 0 } },
-        BmpWriter::BlackFirst));
+    MutableImage const image
+        = LoadBmp(BmpWriter::Mono(33, { { 0xFF, 0xFF, 0xFF, 0xFF, 0x80, 0, 0, 0 } }, BmpWriter::BlackFirst));
     EXPECT_EQ(20u, image.Info().Stride());
     Bytes expected(16, 0xFF);
     expected.resize(20, 0x00);
@@ -208,8 +203,8 @@ TEST(BmpInputTest, Gray4WithAShorterSourceStrideLaysTheSourceLinesOneAfterAnothe
 {
     // Width 9: the loader's source stride is 4 bytes, the image stride 8. A file with rows of 4
     // bytes puts both source lines into the first image line.
-    BmpWriter bmp = BmpWriter::Gray4(9, { { 0x12, 0x34, 0x56, 0x78 }, { 0x9A, 0xBC, 0xDE, 0xF0 } },
-        BmpWriter::BlackFirst, true);
+    BmpWriter bmp = BmpWriter::Gray4(
+        9, { { 0x12, 0x34, 0x56, 0x78 }, { 0x9A, 0xBC, 0xDE, 0xF0 } }, BmpWriter::BlackFirst, true);
     bmp.stride = 4;
     MutableImage const image = LoadBmp(bmp);
     EXPECT_EQ(8u, image.Info().Stride());
@@ -221,8 +216,8 @@ TEST(BmpInputTest, Gray4WithTheUsualStrideOfAnOddWidthReadsOnlyTheFirstBytes)
 {
     // A writer pads a row of 9 pixels (5 bytes) to 8; the loader reads 4 bytes per line, so the
     // 8 bytes it takes are the whole first row of the file.
-    BmpWriter bmp = BmpWriter::Gray4(9, { { 0x12, 0x34, 0x56, 0x78, 0x90 }, { 0xAB, 0xCD, 0xEF, 0x12, 0x30 } },
-        BmpWriter::BlackFirst, true);
+    BmpWriter bmp = BmpWriter::Gray4(9,
+        { { 0x12, 0x34, 0x56, 0x78, 0x90 }, { 0xAB, 0xCD, 0xEF, 0x12, 0x30 } }, BmpWriter::BlackFirst, true);
     MutableImage const image = LoadBmp(bmp);
     EXPECT_THAT(Row(image, 0), ElementsAre(0x12, 0x34, 0x56, 0x78, 0x90, 0, 0, 0));
     EXPECT_THAT(Row(image, 1), ElementsAre(0, 0, 0, 0, 0, 0, 0, 0));
@@ -298,25 +293,29 @@ TEST(BmpInputTest, TwentyFourBitsAreNotSupported)
     BmpWriter bmp = BmpWriter::Mono(2, { { 0, 0, 0, 0, 0, 0 } }, BmpWriter::BlackFirst);
     bmp.bitCount = 24;
     bmp.palette = {};
-    ExpectRefused(bmp, "Rgb24 format not supported (only bmp mono & grayscale 16 colors without compression)");
+    ExpectRefused(
+        bmp, "Rgb24 format not supported (only bmp mono & grayscale 16 colors without compression)");
 }
 
 TEST(BmpInputTest, SixteenBitsAreNotSupportedUnderTheNameUnknown)
 {
     BmpWriter bmp = BmpWriter::Mono(2, { { 0, 0, 0, 0 } }, BmpWriter::BlackFirst);
     bmp.bitCount = 16;
-    ExpectRefused(bmp, "Unknown format not supported (only bmp mono & grayscale 16 colors without compression)");
+    ExpectRefused(
+        bmp, "Unknown format not supported (only bmp mono & grayscale 16 colors without compression)");
 }
 
 TEST(BmpInputTest, EightAndThirtyTwoBitsAreNotSupported)
 {
     BmpWriter bmp = BmpWriter::Mono(2, { { 0, 0, 0, 0 } }, BmpWriter::BlackFirst);
     bmp.bitCount = 8;
-    ExpectRefused(bmp, "Gray8 format not supported (only bmp mono & grayscale 16 colors without compression)");
+    ExpectRefused(
+        bmp, "Gray8 format not supported (only bmp mono & grayscale 16 colors without compression)");
     bmp.bitCount = 32;
     ExpectRefused(bmp, "Rgba format not supported (only bmp mono & grayscale 16 colors without compression)");
     bmp.bitCount = 0;
-    ExpectRefused(bmp, "Unknown format not supported (only bmp mono & grayscale 16 colors without compression)");
+    ExpectRefused(
+        bmp, "Unknown format not supported (only bmp mono & grayscale 16 colors without compression)");
 }
 
 TEST(BmpInputTest, PlanesMultiplyTheBitCount)
@@ -326,11 +325,13 @@ TEST(BmpInputTest, PlanesMultiplyTheBitCount)
     bmp.sizeImage = 4;
     EXPECT_EQ(ImageFormat::Gray4, LoadBmp(bmp).Info().Format());
     bmp.planes = 0;
-    ExpectRefused(bmp, "Unknown format not supported (only bmp mono & grayscale 16 colors without compression)");
+    ExpectRefused(
+        bmp, "Unknown format not supported (only bmp mono & grayscale 16 colors without compression)");
     bmp.planes = 0xFFFF;
     bmp.bitCount = 0xFFFF;
     bmp.stride = 4;
-    ExpectRefused(bmp, "Unknown format not supported (only bmp mono & grayscale 16 colors without compression)");
+    ExpectRefused(
+        bmp, "Unknown format not supported (only bmp mono & grayscale 16 colors without compression)");
 }
 
 TEST(BmpInputTest, BitFieldsFailOnTheCompressionFirst)
@@ -541,10 +542,7 @@ TEST(BmpInputTest, LoadOfAMissingFileCannotOpen)
 
 // ---- header reading ----------------------------------------------------------------------------
 
-TEST(BmpInputTest, TheHeaderIsFiftyFourBytes)
-{
-    EXPECT_EQ(54u, MakeLoader().GetHeaderSize());
-}
+TEST(BmpInputTest, TheHeaderIsFiftyFourBytes) { EXPECT_EQ(54u, MakeLoader().GetHeaderSize()); }
 
 TEST(BmpInputTest, ReadHeaderDescribesTheFileAsItIs)
 {
@@ -566,7 +564,8 @@ TEST(BmpInputTest, ReadHeaderDescribesTheFileAsItIs)
 TEST(BmpInputTest, LoadHeaderReadsTheHeaderOfAFile)
 {
     ScratchFolder folder;
-    std::string const path = folder.Write("a.bmp", BmpWriter::Gray4(9, { { 0 }, { 0 } }, BmpWriter::BlackFirst).Bytes());
+    std::string const path
+        = folder.Write("a.bmp", BmpWriter::Gray4(9, { { 0 }, { 0 } }, BmpWriter::BlackFirst).Bytes());
     ImageInfo const info = MakeLoader().LoadHeader(path.c_str());
     EXPECT_EQ(9, info.Width());
     EXPECT_EQ(2, info.Height());
@@ -645,10 +644,11 @@ TEST(BmpInputTest, EveryTruncationOfAFileIsRefusedCleanly)
         Bytes const full = bmp.Bytes();
         for (size_t size = 0; size < full.size(); ++size) {
             Bytes const cut(full.begin(), full.begin() + static_cast<long>(size));
-            std::string const expected = size < 14 ? "source too small "
+            std::string const expected = size < 14     ? "source too small "
                 : size < 14 + bmp.HeaderBlock().size() ? "Bmp header too small "
                                                        : "Cannot read image data ";
-            EXPECT_THAT([&] { LoadFromMemory(cut); }, ThrowsMessage<ResourcesLibraryException>(StartsWith(expected)))
+            EXPECT_THAT(
+                [&] { LoadFromMemory(cut); }, ThrowsMessage<ResourcesLibraryException>(StartsWith(expected)))
                 << size;
         }
     }
@@ -677,8 +677,7 @@ TEST(BmpInputTest, RandomlyDamagedFilesLoadOrFailCleanly)
 
 // tests/data/make-real-bmps draws two 16 x 8 pictures with ImageMagick, PIL and netpbm; these are
 // the 4-bit levels they must load as, whatever the palette order.
-enum class Picture
-{
+enum class Picture {
     Mono,
     Grey,
 };
@@ -699,14 +698,14 @@ std::vector<uint8_t> ExpectedPixels(Picture picture)
     return pixels;
 }
 
-struct RealFile
-{
+struct RealFile {
     char const* name;
     Picture picture;
     char const* refusal; // nullptr when the file loads
 };
 
-std::string const NotSupportedSuffix = " format not supported (only bmp mono & grayscale 16 colors without compression)";
+std::string const NotSupportedSuffix
+    = " format not supported (only bmp mono & grayscale 16 colors without compression)";
 
 std::vector<RealFile> const RealFiles = {
     { "imagemagick-1bit.bmp", Picture::Mono, nullptr },
@@ -748,10 +747,7 @@ std::vector<RealFile> const RealFiles = {
     { "netpbm-os2-4bit-grey.bmp", Picture::Grey, "Bmp invalid color count 2004318054" },
 };
 
-std::string RealFolder()
-{
-    return std::string(PACKAGER_SOURCE_DIR) + "/tests/data/bmp/real/";
-}
+std::string RealFolder() { return std::string(PACKAGER_SOURCE_DIR) + "/tests/data/bmp/real/"; }
 
 std::string FullRefusal(char const* refusal)
 {
@@ -791,8 +787,8 @@ TEST(BmpInputTest, EveryFileWrittenByRealProgramsHasAnExpectation)
         if (entry.path().extension() != ".bmp")
             continue;
         ++count;
-        bool const listed = std::any_of(RealFiles.begin(), RealFiles.end(),
-            [&](RealFile const& file) { return name == file.name; });
+        bool const listed = std::any_of(
+            RealFiles.begin(), RealFiles.end(), [&](RealFile const& file) { return name == file.name; });
         EXPECT_TRUE(listed) << name;
     }
     EXPECT_EQ(RealFiles.size(), count);

@@ -16,6 +16,9 @@
 #include <memory>
 #include <string>
 
+using testing::ElementsAre;
+using testing::StrEq;
+using testing::ThrowsMessage;
 using TestSupport::BmpWriter;
 using Zar::Lt::Core::ScratchFolder;
 using Zar::Lt::Exceptions::NotSupported;
@@ -25,9 +28,6 @@ using Zar::ResourcesLibrary::Image::FileFormat;
 using Zar::ResourcesLibrary::Image::ImageFormat;
 using Zar::ResourcesLibrary::Image::Input;
 using Zar::ResourcesLibrary::Image::MutableImage;
-using testing::ElementsAre;
-using testing::StrEq;
-using testing::ThrowsMessage;
 
 namespace {
 
@@ -39,12 +39,12 @@ std::string WriteBmp(ScratchFolder const& folder, std::string const& name, uint8
 
 std::unique_ptr<DetectInput> MakeLoader(std::string folder = "bmp/icons")
 {
-    std::unique_ptr<Input> input = Input::Create(FileFormat::None, ImageFormat::Unknown, std::move(folder), "");
+    std::unique_ptr<Input> input
+        = Input::Create(FileFormat::None, ImageFormat::Unknown, std::move(folder), "");
     return std::unique_ptr<DetectInput>(dynamic_cast<DetectInput*>(input.release()));
 }
 
-template <typename Loader>
-size_t CountOf(DetectInput const& detect)
+template <typename Loader> size_t CountOf(DetectInput const& detect)
 {
     size_t count = 0;
     for (auto const& input : detect.Inputs())
@@ -168,7 +168,8 @@ TEST(DetectInputTest, FailuresOfTheChosenLoaderPassThrough)
     ScratchFolder folder;
     std::string const path = folder.Write("bad.bmp", "BAD");
     auto detect = MakeLoader();
-    EXPECT_THAT([&] { detect->Load(path); }, ThrowsMessage<ResourcesLibraryException>(StrEq("source too small 3")));
+    EXPECT_THAT(
+        [&] { detect->Load(path); }, ThrowsMessage<ResourcesLibraryException>(StrEq("source too small 3")));
 }
 
 TEST(DetectInputTest, LoadersMadeOnFirstUseGetTheFolderAndTheDefaultName)

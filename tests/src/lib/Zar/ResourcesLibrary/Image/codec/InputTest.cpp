@@ -42,8 +42,7 @@ namespace {
 
 // A loader of a made-up format for the base class algorithms: an 8-byte header holding the width
 // and the height as 32-bit numbers, then rows of one byte per pixel. It records what it is given.
-class TestInput : public Input
-{
+class TestInput : public Input {
 public:
     TestInput()
         : Input(FileFormat::None, ImageFormat::Unknown, "", "")
@@ -60,11 +59,15 @@ public:
             std::memcpy(&info._width, data, 4);
             std::memcpy(&info._height, static_cast<uint8_t const*>(data) + 4, 4);
         }
-        info._stride = strideOverride ? *strideOverride : static_cast<uint32_t>(info._width < 0 ? 0 : info._width);
+        info._stride
+            = strideOverride ? *strideOverride : static_cast<uint32_t>(info._width < 0 ? 0 : info._width);
         return info;
     }
 
-    size_t Read(std::istream& stream, void* data, size_t size) override { return RawRead(stream, data, size); }
+    size_t Read(std::istream& stream, void* data, size_t size) override
+    {
+        return RawRead(stream, data, size);
+    }
 
     MutableImage FromData(void const* data, size_t size) override
     {
@@ -82,8 +85,7 @@ public:
 };
 
 // Records the paths that reach the virtual Load instead of opening them.
-class RecordingInput : public Input
-{
+class RecordingInput : public Input {
 public:
     RecordingInput(FileFormat format, std::string pattern, std::string folder)
         : Input(format, ImageFormat::Unknown, std::move(pattern), std::move(folder))
@@ -111,8 +113,7 @@ std::string TestFile(int32_t width, int32_t height, std::string const& body)
 
 // Hands out its bytes a few at a time and never reports bytes as available, so that readsome
 // always returns 0 and every byte has to come through the blocking read.
-class TrickleBuffer : public std::streambuf
-{
+class TrickleBuffer : public std::streambuf {
 public:
     explicit TrickleBuffer(std::string data)
         : _data(std::move(data))
@@ -154,11 +155,13 @@ TEST(InputTest, CreateBmpWithoutNameNumbersTheFilesInTheFolder)
 TEST(InputTest, CreateKeepsANameWithAnExtensionAndCompletesOneWithout)
 {
     EXPECT_EQ("bmp/icons/logo.bmp",
-        Input::Create(FileFormat::Bmp, ImageFormat::Unknown, std::string(BmpIcons), "logo.bmp")->GetPattern());
+        Input::Create(FileFormat::Bmp, ImageFormat::Unknown, std::string(BmpIcons), "logo.bmp")
+            ->GetPattern());
     EXPECT_EQ("bmp/icons/logo.bmp",
         Input::Create(FileFormat::Bmp, ImageFormat::Unknown, std::string(BmpIcons), "logo")->GetPattern());
     EXPECT_EQ("bmp/icons/logo.png",
-        Input::Create(FileFormat::Bmp, ImageFormat::Unknown, std::string(BmpIcons), "logo.png")->GetPattern());
+        Input::Create(FileFormat::Bmp, ImageFormat::Unknown, std::string(BmpIcons), "logo.png")
+            ->GetPattern());
 }
 
 TEST(InputTest, CreateAddsNoSecondSlashAfterTheFolder)
@@ -261,13 +264,16 @@ TEST(InputTest, BaseOperationsThatAreNotOfferedSaySo)
     std::istringstream stream("abc");
     char buffer[4];
     uint8_t data[4] = {};
-    EXPECT_THAT([&] { input.Read(stream, buffer, 3); }, ThrowsMessage<NotSupported>(StrEq("Input::Read not supported")));
+    EXPECT_THAT([&] { input.Read(stream, buffer, 3); },
+        ThrowsMessage<NotSupported>(StrEq("Input::Read not supported")));
     EXPECT_THAT([&] { input.ReadHeaderFromData(data, 4); },
         ThrowsMessage<NotSupported>(StrEq("Input::ReadHeaderFromData not supported")));
     EXPECT_THAT([&] { input.ReadHeaderFromData(std::vector<uint8_t>(4)); },
         ThrowsMessage<NotSupported>(StrEq("Input::ReadHeaderFromData not supported")));
-    EXPECT_THAT([&] { input.FromData(data, 4); }, ThrowsMessage<NotSupported>(StrEq("Input::FromData not supported")));
-    EXPECT_THAT([&] { input.ReadHeader(stream); }, ThrowsMessage<NotSupported>(StrEq("Input::Read not supported")));
+    EXPECT_THAT([&] { input.FromData(data, 4); },
+        ThrowsMessage<NotSupported>(StrEq("Input::FromData not supported")));
+    EXPECT_THAT(
+        [&] { input.ReadHeader(stream); }, ThrowsMessage<NotSupported>(StrEq("Input::Read not supported")));
     EXPECT_FALSE(input.IsEmpty());
     EXPECT_EQ(32u, input.GetHeaderSize());
 }
@@ -288,7 +294,8 @@ TEST(InputTest, LoadHeaderOfAnExistingFileOnALoaderWithoutStreamReadingIsNotSupp
     ScratchFolder folder;
     std::string const path = folder.Write("a.raw", "0123456789");
     Input input(FileFormat::None, ImageFormat::Unknown, "", "");
-    EXPECT_THAT([&] { input.LoadHeader(path.c_str()); }, ThrowsMessage<NotSupported>(StrEq("Input::Read not supported")));
+    EXPECT_THAT([&] { input.LoadHeader(path.c_str()); },
+        ThrowsMessage<NotSupported>(StrEq("Input::Read not supported")));
 }
 
 TEST(InputTest, ReadHeaderHandsOverOnlyTheBytesReallyRead)
@@ -347,7 +354,8 @@ TEST(InputTest, BaseLoadWithoutPathIsAPreCondition)
 {
     TestInput input;
     char const* expected = "PreCondition filePath && filePath[0] Input::Load nullptr in filePath";
-    EXPECT_THAT([&] { input.Load(static_cast<char const*>(nullptr)); }, ThrowsMessage<PreCondition>(StrEq(expected)));
+    EXPECT_THAT(
+        [&] { input.Load(static_cast<char const*>(nullptr)); }, ThrowsMessage<PreCondition>(StrEq(expected)));
     EXPECT_THAT([&] { input.Load(""); }, ThrowsMessage<PreCondition>(StrEq(expected)));
 }
 
@@ -364,7 +372,8 @@ TEST(InputTest, BaseLoadOfAHeaderWithoutPositiveSizeCannotReadHeader)
 {
     ScratchFolder folder;
     TestInput input;
-    for (auto [width, height] : { std::pair { 0, 2 }, std::pair { 2, 0 }, std::pair { -1, 2 }, std::pair { 2, -3 } }) {
+    for (auto [width, height] :
+        { std::pair { 0, 2 }, std::pair { 2, 0 }, std::pair { -1, 2 }, std::pair { 2, -3 } }) {
         std::string const path = folder.Write("image.test", TestFile(width, height, "abcdefgh"));
         EXPECT_THAT([&] { input.Load(path); },
             ThrowsMessage<ResourcesLibraryException>(StrEq("Input::Load cannot read header " + path)));
@@ -414,8 +423,7 @@ TEST(InputTest, RawReadFallsBackToTheBlockingReadWhenNothingIsAvailable)
 
 TEST(InputTest, RawReadOfAStructureReadsItsSize)
 {
-    struct Pair
-    {
+    struct Pair {
         uint16_t first;
         uint16_t second;
     } pair {};
@@ -516,7 +524,8 @@ TEST(InputTest, GetFilePathNeverRunsPastItsBuffer)
             for (std::string const& name : { std::string(), longName, std::string("x") }) {
                 RecordingInput input(FileFormat::Bmp, pattern, folder);
                 std::string const path = input.GetFilePath(7, name);
-                EXPECT_LE(path.size(), 511u) << pattern.substr(0, 20) << " " << folder.size() << " " << name.size();
+                EXPECT_LE(path.size(), 511u)
+                    << pattern.substr(0, 20) << " " << folder.size() << " " << name.size();
             }
         }
     }
@@ -569,7 +578,8 @@ TEST(InputTest, ReadOfThreeLoadsFileThree)
         EXPECT_THAT(image.Buffer(), testing::ElementsAre(0x00, 0x00, 0xFF, 0xFF));
     }
     EXPECT_THAT([&] { input->Read(4); },
-        ThrowsMessage<ResourcesLibraryException>(StrEq("BmpInput::Load cannot open " + folder.PathOf("0004.bmp"))));
+        ThrowsMessage<ResourcesLibraryException>(
+            StrEq("BmpInput::Load cannot open " + folder.PathOf("0004.bmp"))));
 }
 
 // ---- helpers -----------------------------------------------------------------------------------

@@ -42,8 +42,7 @@ namespace {
 constexpr uint64_t kMiB = uint64_t { 1 } << 20;
 constexpr uint64_t kFixedAllowance = 64 * kMiB;
 
-struct LoadOutcome
-{
+struct LoadOutcome {
     bool finished = false; // the child ran to its end (no crash)
     bool threw = false;
     uint64_t peakGrowth = 0; // bytes
@@ -133,8 +132,7 @@ LoadOutcome MeasureLoad(FileFormat format, std::string const& path)
     return outcome;
 }
 
-class LoaderMemoryTest : public testing::Test
-{
+class LoaderMemoryTest : public testing::Test {
 protected:
     // Loads the file in a child and checks the bound; returns the outcome for further checks.
     LoadOutcome LoadWithinBound(FileFormat format, std::string const& path)
@@ -145,8 +143,8 @@ protected:
         EXPECT_LT(outcome.peakGrowth, kFixedAllowance + 4 * size)
             << path << ": peak grew by " << outcome.peakGrowth / kMiB << " MiB (" << outcome.message << ")";
         if (std::getenv("LOADER_MEMORY_VERBOSE") != nullptr)
-            std::printf("%s: %llu KiB, %s\n", path.c_str(), static_cast<unsigned long long>(outcome.peakGrowth / 1024),
-                outcome.message.c_str());
+            std::printf("%s: %llu KiB, %s\n", path.c_str(),
+                static_cast<unsigned long long>(outcome.peakGrowth / 1024), outcome.message.c_str());
         return outcome;
     }
 
@@ -212,7 +210,8 @@ TEST_F(LoaderMemoryTest, HeightNearTwoToTheThirtyFirstFails)
 
 TEST_F(LoaderMemoryTest, WidthAndHeightNearTwoToTheThirtyFirstFail)
 {
-    LoadOutcome const outcome = LoadBmpWithinBound("huge.bmp", DeclaredOnly(0x7FFFFFFF, 0x7FFFFFFF, 4, 0xFFFFFFFF));
+    LoadOutcome const outcome
+        = LoadBmpWithinBound("huge.bmp", DeclaredOnly(0x7FFFFFFF, 0x7FFFFFFF, 4, 0xFFFFFFFF));
     EXPECT_TRUE(outcome.threw) << outcome.message;
 }
 
@@ -238,7 +237,8 @@ TEST_F(LoaderMemoryTest, NarrowTallImagesStayWithinTheBound)
     // file of a hundred bytes can declare tens of millions of them.
     LoadWithinBound(FileFormat::Bmp, _folder.Write("narrow1.bmp", DeclaredOnly(7, 1 << 26, 1, 0).Bytes()));
     LoadWithinBound(FileFormat::Bmp, _folder.Write("narrow4.bmp", DeclaredOnly(1, 1 << 26, 4, 0).Bytes()));
-    LoadWithinBound(FileFormat::Bmp, _folder.Write("narrowtop.bmp", DeclaredOnly(7, -(1 << 26), 1, 0).Bytes()));
+    LoadWithinBound(
+        FileFormat::Bmp, _folder.Write("narrowtop.bmp", DeclaredOnly(7, -(1 << 26), 1, 0).Bytes()));
 }
 
 TEST_F(LoaderMemoryTest, WideImageWithoutLinesStaysWithinTheBound)

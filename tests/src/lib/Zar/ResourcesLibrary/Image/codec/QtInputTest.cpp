@@ -18,9 +18,9 @@
 #include <string>
 #include <vector>
 
-using Zar::Lt::Core::ScratchFolder;
 using testing::StrEq;
 using testing::ThrowsMessage;
+using Zar::Lt::Core::ScratchFolder;
 using Zar::Lt::Exceptions::NotSupported;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
 using Zar::ResourcesLibrary::Image::FileFormat;
@@ -34,8 +34,7 @@ constexpr int kHeight = 3;
 
 std::vector<uint8_t> Bytes(uint8_t const* begin, size_t size) { return { begin, begin + size }; }
 
-class QtInputTest : public testing::Test
-{
+class QtInputTest : public testing::Test {
 protected:
     // Saves the image through Qt itself, so that the file is whatever Qt writes for that format.
     std::string Save(QImage const& image, std::string const& name) const

@@ -12,9 +12,9 @@
 #include <string>
 #include <vector>
 
-using Zar::Lt::Core::ScratchFolder;
 using testing::StrEq;
 using testing::ThrowsMessage;
+using Zar::Lt::Core::ScratchFolder;
 using Zar::Lt::Exceptions::NotSupported;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
 using Zar::ResourcesLibrary::Image::FileFormat;
@@ -34,8 +34,7 @@ std::vector<uint8_t> Pattern(size_t size)
     return bytes;
 }
 
-class RawInputTest : public testing::Test
-{
+class RawInputTest : public testing::Test {
 protected:
     ScratchFolder _folder;
     RawInput _loader { FileFormat::None, ImageFormat::Unknown, "%04u.raw", "" };

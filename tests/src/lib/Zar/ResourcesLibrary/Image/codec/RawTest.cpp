@@ -13,8 +13,7 @@ using Zar::Lt::Core::ScratchFolder;
 
 namespace {
 
-class RawTest : public testing::Test
-{
+class RawTest : public testing::Test {
 protected:
     ScratchFolder _folder;
 };
