@@ -3,6 +3,7 @@
 
 #include "Zar/Lt/Core/Version32.h"
 #include "Zar/ResourcesLibrary/Image/FileFormat.h"
+#include "Zar/ResourcesLibrary/Pack/PackFormat.h"
 
 #include <benchmark/benchmark.h>
 
@@ -51,10 +52,11 @@ void RunBuild(Zar::Bench::BmpTree const& tree)
         Zar::ResourcesLibrary::Image::FileFormat::None);
 }
 
-// The pack holds the header, ten icons a sector and two sectors a screen, and the summary counts
-// every icon.
+// The pack holds the header, then the icon and screen sectors that the header maps (the tree's
+// images are the usual sizes, so the file has just those), and the summary counts every icon.
 bool BuildsThePack(Zar::Bench::BmpTree const& tree, int icons)
 {
+    using Zar::ResourcesLibrary::Pack::PackFormat;
     std::ostringstream printed;
     try {
         RedirectedStdout redirected(printed.rdbuf());
@@ -62,12 +64,15 @@ bool BuildsThePack(Zar::Bench::BmpTree const& tree, int icons)
     } catch (...) {
         return false;
     }
-    auto const expected
-        = 4096u * (1u + static_cast<unsigned>(icons + 9) / 10u + 2u * Zar::Bench::BmpTree::kScreens);
+    auto const expected = PackFormat::kSectorSize
+        * (1 + PackFormat::MappedIconSectors(static_cast<uint64_t>(icons))
+            + PackFormat::MappedScreenSectors(Zar::Bench::BmpTree::kScreens));
     std::error_code error;
     auto const size = std::filesystem::file_size(tree.Output() + "oled.pack", error);
     return !error && size == expected
-        && printed.str().find(", " + std::to_string(icons) + " icons at sector 12, 4 screens")
+        && printed.str().find(", " + std::to_string(icons) + " icons at sector "
+               + std::to_string(kFirstSector) + ", " + std::to_string(Zar::Bench::BmpTree::kScreens)
+               + " screens")
         != std::string::npos;
 }
 

@@ -32,7 +32,6 @@ using Zar::ResourcesLibrary::Pack::PackFormat;
 
 // The places recorded in the exporter's own failures are fixed, so that logs stay comparable
 // between builds of the tool.
-constexpr char kSourceFile[] = "src/tools/packager/PackExporter";
 constexpr uint32_t kCrcTableLine = 64;
 constexpr uint32_t kCEnumerationLine = 111;
 constexpr uint32_t kPythonEnumerationLine = 122;
@@ -123,7 +122,8 @@ void PackExporter::Close()
     PrintCrcLine();
     std::string const errors = _errors.str();
     if (!errors.empty())
-        throw ResourcesLibraryException(ZAR_SOURCE_INFO_OF(kCloseFunction, kSourceFile, kErrorsLine), errors);
+        throw ResourcesLibraryException(
+            ZAR_SOURCE_INFO_OF(kCloseFunction, ZAR_SOURCE_FILE, kErrorsLine), errors);
 }
 
 void PackExporter::IncrementOffset(int size)
@@ -168,7 +168,7 @@ void PackExporter::WriteHeader()
     uint64_t const screenSectors = PackFormat::MappedScreenSectors(static_cast<uint32_t>(_screensCount));
     uint64_t const sectorCount = iconSectors + screenSectors;
     ZAR_CHECK(PostCondition, static_cast<size_t>(sectorCount) <= _crcTable.size(), "",
-        ZAR_SOURCE_INFO_OF(kWriteHeaderFunction, kSourceFile, kCrcTableLine));
+        ZAR_SOURCE_INFO_OF(kWriteHeaderFunction, ZAR_SOURCE_FILE, kCrcTableLine));
 
     for (uint64_t i = 0; i < iconSectors; ++i)
         PutCrcEntry(header, PackFormat::IconSector(static_cast<uint32_t>(_firstSector), i), _crcTable[i]);
@@ -194,7 +194,7 @@ bool PackExporter::ProcessImage(int index, string_view const& name, MutableImage
 {
     try {
         if (name.find_first_of(kForbiddenNameCharacters) != string_view::npos)
-            throw ResourcesLibraryException(ZAR_SOURCE_INFO_AT(kSourceFile, kNameLine),
+            throw ResourcesLibraryException(ZAR_SOURCE_INFO_AT(ZAR_SOURCE_FILE, kNameLine),
                 std::string("name cannot contain ") + kForbiddenNameCharacters);
         if (image.GetSize() < PackFormat::kScreenThreshold)
             ProcessIcon(index, name, image);
@@ -260,7 +260,7 @@ void PackExporter::ProcessScreen(int, string_view const& name, MutableImage& ima
 
 void PackExporter::WriteCEnumerationFile(EnumerationOption const& option, int offset)
 {
-    auto file = CreateOutputFile(option.name + "s.h", ZAR_SOURCE_INFO_AT(kSourceFile, kCEnumerationLine));
+    auto file = CreateOutputFile(option.name + "s.h", ZAR_SOURCE_INFO_AT(ZAR_SOURCE_FILE, kCEnumerationLine));
     CppEnumerationOutput output(file, option);
     WriteEnumeration(output, offset);
 }
@@ -268,7 +268,7 @@ void PackExporter::WriteCEnumerationFile(EnumerationOption const& option, int of
 void PackExporter::WritePythonEnumerationFile(EnumerationOption const& option, int offset)
 {
     auto file
-        = CreateOutputFile(option.name + "s.py", ZAR_SOURCE_INFO_AT(kSourceFile, kPythonEnumerationLine));
+        = CreateOutputFile(option.name + "s.py", ZAR_SOURCE_INFO_AT(ZAR_SOURCE_FILE, kPythonEnumerationLine));
     PythonEnumerationOutput output(file, option);
     WriteEnumeration(output, offset);
     // Lets a test script print the numbers it will use.
@@ -279,14 +279,15 @@ void PackExporter::WritePythonEnumerationFile(EnumerationOption const& option, i
 
 void PackExporter::WritePythonCommandFile(EnumerationOption const& option, int offset)
 {
-    auto file = CreateOutputFile("commands.py", ZAR_SOURCE_INFO_AT(kSourceFile, kCommandsLine));
+    auto file = CreateOutputFile("commands.py", ZAR_SOURCE_INFO_AT(ZAR_SOURCE_FILE, kCommandsLine));
     PythonCommandsOutput output(file, option);
     WriteEnumeration(output, offset);
 }
 
 void PackExporter::WritHelperEnumerationFile(EnumerationOption const& option, int offset)
 {
-    auto file = CreateOutputFile(option.name + "sHelper.cpp", ZAR_SOURCE_INFO_AT(kSourceFile, kHelperLine));
+    auto file
+        = CreateOutputFile(option.name + "sHelper.cpp", ZAR_SOURCE_INFO_AT(ZAR_SOURCE_FILE, kHelperLine));
     HelperEnumerationOutput output(file, option);
     WriteEnumeration(output, offset);
 }

@@ -5,7 +5,7 @@
 //   ZAR_PRECONDITION(bpp == 4);                    // throws PreCondition "PreCondition bpp == 4"
 //   ZAR_POSTCONDITION(actual <= size);             // throws PostCondition "PostCondition actual <= size"
 //   ZAR_CHECK(PostCondition, !_screensCount, "Cannot add icons after screens", ZAR_SOURCE_INFO());
-//   ZAR_CHECK(PreCondition, x >= 0, "", ZAR_SOURCE_INFO_OF(kGetBytesFunction, kSourceFile, 97));
+//   ZAR_CHECK(PreCondition, x >= 0, "", ZAR_SOURCE_INFO_OF(kGetBytesFunction, ZAR_SOURCE_FILE, 97));
 //   throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Cannot open " + path);
 //
 // The function text is the compiler's pretty signature; the file is the source path relative to the

@@ -182,7 +182,7 @@ void Symbol::ParseSignature()
         if (end != string::npos && end < open)
             end = string::npos;
         ZAR_CHECK(PreCondition, end != string::npos, "",
-            ZAR_SOURCE_INFO_OF(kParseSignatureFunction, "lib/Zar/Lt/Exceptions/Symbol", 24));
+            ZAR_SOURCE_INFO_OF(kParseSignatureFunction, ZAR_SOURCE_FILE, 24));
         _fullPath = signature.substr(0, open);
         _parameters = signature.substr(open + 1, end - open - 1);
     } else {

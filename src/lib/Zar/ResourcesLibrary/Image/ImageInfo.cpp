@@ -14,7 +14,6 @@ namespace {
 // Sizes are handed out as 32-bit counts; anything larger is refused rather than wrapped around.
 constexpr uint64_t kMaxUint32 = std::numeric_limits<uint32_t>::max();
 
-constexpr char kSourceFile[] = "src/lib/Zar/ResourcesLibrary/Image/ImageInfo";
 // The failure's function text, fixed so that it does not depend on the compiler's spelling.
 constexpr char kGetBytesFunction[] = "uint32_t Zar::ResourcesLibrary::Image::ImageInfo::GetBytes(int) const";
 
@@ -25,7 +24,7 @@ constinit ImageInfo const ImageInfo::Empty { ImageFormat::Rgbx };
 
 uint32_t ImageInfo::GetBytes(int x) const
 {
-    ZAR_CHECK(PreCondition, x >= 0, "", ZAR_SOURCE_INFO_OF(kGetBytesFunction, kSourceFile, 97));
+    ZAR_CHECK(PreCondition, x >= 0, "", ZAR_SOURCE_INFO_OF(kGetBytesFunction, ZAR_SOURCE_FILE, 97));
     // 32 bits per pixel times the widest int does not fit 32 bits: count in 64 and refuse what a
     // 32-bit byte count cannot hold rather than wrapping around to a small row.
     uint64_t const bytes

@@ -12,7 +12,6 @@ namespace Zar::ResourcesLibrary::Image {
 
 namespace {
 
-constexpr char kSourceFile[] = "src/lib/Zar/ResourcesLibrary/Image/InputSequence";
 // The failures' function texts, fixed so that they do not depend on the compiler's spelling.
 constexpr char kCheckInputFunction[] = "bool Zar::ResourcesLibrary::Image::InputSequence::CheckInput() const";
 constexpr char kAddListFunction[]
@@ -66,7 +65,8 @@ bool InputSequence::CheckInput() const
     if (_input)
         return true;
     if (_required)
-        throw ResourcesLibraryException(ZAR_SOURCE_INFO_OF(kCheckInputFunction, kSourceFile, 29), "No input");
+        throw ResourcesLibraryException(
+            ZAR_SOURCE_INFO_OF(kCheckInputFunction, ZAR_SOURCE_FILE, 29), "No input");
     return false;
 }
 
@@ -78,7 +78,7 @@ void InputSequence::AddList(string const& listPath)
     if (!stream.is_open()) {
         if (_required)
             throw ResourcesLibraryException(
-                ZAR_SOURCE_INFO_OF(kAddListFunction, kSourceFile, 55), "Cannot open " + listPath);
+                ZAR_SOURCE_INFO_OF(kAddListFunction, ZAR_SOURCE_FILE, 55), "Cannot open " + listPath);
         return;
     }
     std::string line;
@@ -113,7 +113,7 @@ void InputSequence::LoadAll(Callback const& callback, int start)
         }
     }
     if (_required && !errors.empty())
-        throw ResourcesLibraryException(ZAR_SOURCE_INFO_OF(kLoadAllFunction, kSourceFile, 85), errors);
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO_OF(kLoadAllFunction, ZAR_SOURCE_FILE, 85), errors);
 }
 
 std::string InputSequence::GetFilePath(int index, std::string const& name) const

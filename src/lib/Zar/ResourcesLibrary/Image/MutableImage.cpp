@@ -11,7 +11,6 @@ namespace Zar::ResourcesLibrary::Image {
 
 namespace {
 
-constexpr char kSourceFile[] = "src/lib/Zar/ResourcesLibrary/Image/MutableImage";
 // The failures' function texts, fixed so that they do not depend on the compiler's spelling.
 constexpr char kGetLineFunction[] = "uint8_t* Zar::ResourcesLibrary::Image::MutableImage::GetLine(uint32_t)";
 constexpr char kCopyFunction[]
@@ -35,7 +34,7 @@ MutableImage::MutableImage(ImageInfo const& info, std::vector<uint8_t> buffer)
 uint8_t* MutableImage::GetLine(uint32_t y)
 {
     ZAR_CHECK(PreCondition, y < static_cast<uint32_t>(_info.Height()), "",
-        ZAR_SOURCE_INFO_OF(kGetLineFunction, kSourceFile, 124));
+        ZAR_SOURCE_INFO_OF(kGetLineFunction, ZAR_SOURCE_FILE, 124));
     EnsurePixels();
     return _buffer.data() + static_cast<std::size_t>(y) * _info.Stride();
 }
@@ -104,7 +103,8 @@ std::shared_ptr<MutableImage> MutableImage::FlipVertical() const
 
 void MutableImage::Copy(void const* source, uint32_t size)
 {
-    ZAR_CHECK(PreCondition, size == _info.GetSize(), "", ZAR_SOURCE_INFO_OF(kCopyFunction, kSourceFile, 179));
+    ZAR_CHECK(
+        PreCondition, size == _info.GetSize(), "", ZAR_SOURCE_INFO_OF(kCopyFunction, ZAR_SOURCE_FILE, 179));
     if (size == 0)
         return;
     ZAR_PRECONDITION(source != nullptr);

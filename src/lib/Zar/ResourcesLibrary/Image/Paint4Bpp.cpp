@@ -4,6 +4,7 @@
 #include "Zar/ResourcesLibrary/Image/ImageFormatHelper.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <string>
 
@@ -238,48 +239,33 @@ void Paint4Bpp::DrawBottom2()
     DrawHorizontalLine(static_cast<uint16_t>(_area._height - 1));
 }
 
+void Paint4Bpp::DrawFramedRoundedSelected()
+{
+    DrawRoundedSelected();
+    DrawFrame(0);
+}
+
+void Paint4Bpp::DrawOuterFrame() { DrawFrame(0); }
+
+void Paint4Bpp::DrawOuterDottedFrame() { DrawDottedFrame(0); }
+
 void Paint4Bpp::Draw(IconOverlay overlay)
 {
-    switch (overlay) {
-    case IconOverlay::Row1:
-        DrawRow1();
-        break;
-    case IconOverlay::Row2:
-        DrawRow2();
-        break;
-    case IconOverlay::Row3:
-        DrawRow3();
-        break;
-    case IconOverlay::Row4:
-        DrawRow4();
-        break;
-    case IconOverlay::Selected:
-        DrawSelected();
-        break;
-    case IconOverlay::RoundedSelected:
-        DrawRoundedSelected();
-        break;
-    case IconOverlay::FramedRoundedSelected:
-        DrawRoundedSelected();
-        DrawFrame(0);
-        break;
-    case IconOverlay::Frame:
-        DrawFrame(0);
-        break;
-    case IconOverlay::DottedFrame:
-        DrawDottedFrame(0);
-        break;
-    case IconOverlay::None:
-    default:
-        break;
-    }
+    // Indexed by the overlay's value. None, and any value past the table, draws nothing.
+    static constexpr std::array<void (Paint4Bpp::*)(), 10> kOverlayDrawings { nullptr, &Paint4Bpp::DrawRow1,
+        &Paint4Bpp::DrawRow2, &Paint4Bpp::DrawRow3, &Paint4Bpp::DrawRow4, &Paint4Bpp::DrawSelected,
+        &Paint4Bpp::DrawRoundedSelected, &Paint4Bpp::DrawFramedRoundedSelected, &Paint4Bpp::DrawOuterFrame,
+        &Paint4Bpp::DrawOuterDottedFrame };
+    auto const index = static_cast<std::size_t>(overlay);
+    if (index < kOverlayDrawings.size() && kOverlayDrawings[index] != nullptr)
+        (this->*kOverlayDrawings[index])();
 }
 
 void Paint4Bpp::Draw(ImageInfo const& info, void const* pixels)
 {
     uint32_t const bpp = ImageFormatHelper::BitsPerPixel(info.Format());
     ZAR_CHECK(PreCondition, bpp == 4, "Draw with " + std::to_string(bpp) + " bits per pixel not implemented.",
-        ZAR_SOURCE_INFO_OF(kDrawFunction, "src/lib/Zar/ResourcesLibrary/Image/Paint4Bpp", 478));
+        ZAR_SOURCE_INFO_OF(kDrawFunction, ZAR_SOURCE_FILE, 478));
     CopyRows(info, static_cast<uint8_t const*>(pixels));
 }
 

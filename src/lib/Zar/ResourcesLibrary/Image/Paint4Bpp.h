@@ -119,6 +119,10 @@ private:
     void DrawColumn(uint16_t x, uint16_t inset, uint8_t mask);
     void DrawFrameRuns(uint16_t inset, uint8_t value);
     void DrawRoundedRow(int64_t offset, int64_t count, uint8_t first, uint8_t final) const;
+    // What Draw(IconOverlay) calls for the overlays that are more than one public call.
+    void DrawFramedRoundedSelected();
+    void DrawOuterFrame();
+    void DrawOuterDottedFrame();
     void CopyRows(ImageInfo const& info, uint8_t const* pixels);
 
     std::shared_ptr<MutableImage> _image;

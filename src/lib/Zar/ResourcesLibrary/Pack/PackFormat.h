@@ -35,21 +35,22 @@ public:
     // 0.5.1.0 when read as a version: the layout described here.
     static constexpr uint32_t kFormatWord = 0x00050100;
 
-    // Header fields by their offset in the header sector; every byte outside them is 0.
+    // Header fields by their offset in the header sector, each right after the one before; every byte
+    // outside them is 0.
     static constexpr std::size_t kMagicOffset = 0;
-    static constexpr std::size_t kFormatOffset = 4;
-    static constexpr std::size_t kVersionOffset = 8;
-    static constexpr std::size_t kFirstSectorOffset = 12;
-    static constexpr std::size_t kIconCountOffset = 16;
-    static constexpr std::size_t kScreenCountOffset = 20;
+    static constexpr std::size_t kFormatOffset = kMagicOffset + kMagic.size();
+    static constexpr std::size_t kVersionOffset = kFormatOffset + sizeof(uint32_t);
+    static constexpr std::size_t kFirstSectorOffset = kVersionOffset + sizeof(uint32_t);
+    static constexpr std::size_t kIconCountOffset = kFirstSectorOffset + sizeof(uint32_t);
+    static constexpr std::size_t kScreenCountOffset = kIconCountOffset + sizeof(uint32_t);
     // kStoreSectors 16-bit CRCs indexed by target sector; an entry that no sector maps to stays 0.
-    static constexpr std::size_t kCrcTableOffset = 24;
-    static constexpr std::size_t kNamesUsedOffset = 536;
-    static constexpr std::size_t kNamesCountOffset = 540;
+    static constexpr std::size_t kCrcTableOffset = kScreenCountOffset + sizeof(uint32_t);
+    static constexpr std::size_t kNamesUsedOffset = kCrcTableOffset + kStoreSectors * sizeof(uint16_t);
+    static constexpr std::size_t kNamesCountOffset = kNamesUsedOffset + sizeof(uint32_t);
     // The image names, icons first, each a length byte and its bytes, packed end to end; the area is
     // what the fields before it leave of the header sector.
-    static constexpr std::size_t kNamesOffset = 544;
-    static constexpr std::size_t kNamesCapacity = 3552;
+    static constexpr std::size_t kNamesOffset = kNamesCountOffset + sizeof(uint32_t);
+    static constexpr std::size_t kNamesCapacity = kSectorSize - kNamesOffset;
     // A name's length is one byte.
     static constexpr std::size_t kMaxNameLength = 255;
 

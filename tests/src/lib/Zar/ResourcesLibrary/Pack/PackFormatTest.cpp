@@ -45,23 +45,24 @@ TEST(PackFormatTest, SectorsForCountsAPartialSectorAsOne)
     EXPECT_EQ(PackFormat::SectorsFor(8192), 2u);
 }
 
-TEST(PackFormatTest, HeaderFieldsFollowOneAnotherWithoutGapOrOverlap)
+// The offsets are computed from the fields' sizes; these are the numbers the firmware reads at.
+TEST(PackFormatTest, HeaderFieldsStandAtTheirFixedOffsets)
 {
     EXPECT_EQ(PackFormat::kMagicOffset, 0u);
-    EXPECT_EQ(PackFormat::kMagicOffset + PackFormat::kMagic.size(), PackFormat::kFormatOffset);
-    EXPECT_EQ(PackFormat::kFormatOffset + 4, PackFormat::kVersionOffset);
-    EXPECT_EQ(PackFormat::kVersionOffset + 4, PackFormat::kFirstSectorOffset);
-    EXPECT_EQ(PackFormat::kFirstSectorOffset + 4, PackFormat::kIconCountOffset);
-    EXPECT_EQ(PackFormat::kIconCountOffset + 4, PackFormat::kScreenCountOffset);
-    EXPECT_EQ(PackFormat::kScreenCountOffset + 4, PackFormat::kCrcTableOffset);
-    EXPECT_EQ(PackFormat::kCrcTableOffset + 2 * PackFormat::kStoreSectors, PackFormat::kNamesUsedOffset);
-    EXPECT_EQ(PackFormat::kNamesUsedOffset + 4, PackFormat::kNamesCountOffset);
-    EXPECT_EQ(PackFormat::kNamesCountOffset + 4, PackFormat::kNamesOffset);
+    EXPECT_EQ(PackFormat::kFormatOffset, 4u);
+    EXPECT_EQ(PackFormat::kVersionOffset, 8u);
+    EXPECT_EQ(PackFormat::kFirstSectorOffset, 12u);
+    EXPECT_EQ(PackFormat::kIconCountOffset, 16u);
+    EXPECT_EQ(PackFormat::kScreenCountOffset, 20u);
+    EXPECT_EQ(PackFormat::kCrcTableOffset, 24u);
+    EXPECT_EQ(PackFormat::kNamesUsedOffset, 536u);
+    EXPECT_EQ(PackFormat::kNamesCountOffset, 540u);
+    EXPECT_EQ(PackFormat::kNamesOffset, 544u);
 }
 
-TEST(PackFormatTest, TheHeaderFillsExactlyOneSector)
+TEST(PackFormatTest, TheNamesAreaFillsTheRestOfTheHeaderSector)
 {
-    EXPECT_EQ(PackFormat::kNamesOffset + PackFormat::kNamesCapacity, PackFormat::kSectorSize);
+    EXPECT_EQ(PackFormat::kNamesCapacity, 3552u);
 }
 
 TEST(PackFormatTest, APackHoldsAtMostTheHeaderAndTheWholeStore)
