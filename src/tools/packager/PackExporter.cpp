@@ -194,7 +194,7 @@ bool PackExporter::ProcessImage(int index, string_view const& name, MutableImage
 {
     try {
         if (name.find_first_of(kForbiddenNameCharacters) != string_view::npos)
-            throw ResourcesLibraryException(ZAR_SOURCE_INFO_AT(ZAR_SOURCE_FILE, kNameLine),
+            throw ResourcesLibraryException(ZAR_SOURCE_INFO_LINE(kNameLine),
                 std::string("name cannot contain ") + kForbiddenNameCharacters);
         if (image.GetSize() < PackFormat::kScreenThreshold)
             ProcessIcon(index, name, image);
@@ -260,15 +260,14 @@ void PackExporter::ProcessScreen(int, string_view const& name, MutableImage& ima
 
 void PackExporter::WriteCEnumerationFile(EnumerationOption const& option, int offset)
 {
-    auto file = CreateOutputFile(option.name + "s.h", ZAR_SOURCE_INFO_AT(ZAR_SOURCE_FILE, kCEnumerationLine));
+    auto file = CreateOutputFile(option.name + "s.h", ZAR_SOURCE_INFO_LINE(kCEnumerationLine));
     CppEnumerationOutput output(file, option);
     WriteEnumeration(output, offset);
 }
 
 void PackExporter::WritePythonEnumerationFile(EnumerationOption const& option, int offset)
 {
-    auto file
-        = CreateOutputFile(option.name + "s.py", ZAR_SOURCE_INFO_AT(ZAR_SOURCE_FILE, kPythonEnumerationLine));
+    auto file = CreateOutputFile(option.name + "s.py", ZAR_SOURCE_INFO_LINE(kPythonEnumerationLine));
     PythonEnumerationOutput output(file, option);
     WriteEnumeration(output, offset);
     // Lets a test script print the numbers it will use.
@@ -279,15 +278,14 @@ void PackExporter::WritePythonEnumerationFile(EnumerationOption const& option, i
 
 void PackExporter::WritePythonCommandFile(EnumerationOption const& option, int offset)
 {
-    auto file = CreateOutputFile("commands.py", ZAR_SOURCE_INFO_AT(ZAR_SOURCE_FILE, kCommandsLine));
+    auto file = CreateOutputFile("commands.py", ZAR_SOURCE_INFO_LINE(kCommandsLine));
     PythonCommandsOutput output(file, option);
     WriteEnumeration(output, offset);
 }
 
 void PackExporter::WritHelperEnumerationFile(EnumerationOption const& option, int offset)
 {
-    auto file
-        = CreateOutputFile(option.name + "sHelper.cpp", ZAR_SOURCE_INFO_AT(ZAR_SOURCE_FILE, kHelperLine));
+    auto file = CreateOutputFile(option.name + "sHelper.cpp", ZAR_SOURCE_INFO_LINE(kHelperLine));
     HelperEnumerationOutput output(file, option);
     WriteEnumeration(output, offset);
 }

@@ -66,6 +66,9 @@ inline std::string CheckMessage(char const* word, char const* condition, std::st
 
 #define ZAR_SOURCE_INFO_AT(file, line) (::Zar::Lt::Exceptions::SourceInfo { __PRETTY_FUNCTION__, file, line })
 
+// This file, at a fixed line.
+#define ZAR_SOURCE_INFO_LINE(line) ZAR_SOURCE_INFO_AT(ZAR_SOURCE_FILE, line)
+
 #define ZAR_SOURCE_INFO_OF(function, file, line) (::Zar::Lt::Exceptions::SourceInfo { function, file, line })
 
 #define ZAR_CHECK(Kind, condition, detail, source)                                                           \

@@ -59,32 +59,32 @@ uint8_t* Paint4Bpp::GetPixelPointer(uint16_t x, uint16_t y) { return PixelPointe
 
 uint8_t const* Paint4Bpp::GetPixelPointer(uint16_t x, uint16_t y) const { return PixelPointer(x, y); }
 
-void Paint4Bpp::Fill(Rect const& r, uint8_t value)
+Paint4Bpp::RowRuns Paint4Bpp::RunsOf(Rect const& r) const
 {
     int32_t const width = std::min(r._width, _area._width);
     int32_t const height = std::min(r._height, _area._height);
     if (width <= 0 || height <= 0)
-        return;
+        return RowRuns {};
     int64_t const start = PixelOffset(static_cast<uint16_t>(r._x), static_cast<uint16_t>(r._y));
     int64_t const count = (int64_t { BitsPerPixel() } * width + 7) / 8;
     RequireRows(start, height, count);
-    for (int64_t row = 0; row < height; ++row)
-        SetRun(start + row * Stride(), count, value);
+    return RowRuns { start, count, height };
+}
+
+void Paint4Bpp::Fill(Rect const& r, uint8_t value)
+{
+    RowRuns const runs = RunsOf(r);
+    for (int64_t row = 0; row < runs._rows; ++row)
+        SetRun(runs._start + row * Stride(), runs._count, value);
 }
 
 void Paint4Bpp::Fill(uint8_t value) { Fill(_area, value); }
 
 void Paint4Bpp::Negate(Rect const& r)
 {
-    int32_t const width = std::min(r._width, _area._width);
-    int32_t const height = std::min(r._height, _area._height);
-    if (width <= 0 || height <= 0)
-        return;
-    int64_t const start = PixelOffset(static_cast<uint16_t>(r._x), static_cast<uint16_t>(r._y));
-    int64_t const count = (int64_t { BitsPerPixel() } * width + 7) / 8;
-    RequireRows(start, height, count);
-    for (int64_t row = 0; row < height; ++row)
-        InvertRun(start + row * Stride(), count);
+    RowRuns const runs = RunsOf(r);
+    for (int64_t row = 0; row < runs._rows; ++row)
+        InvertRun(runs._start + row * Stride(), runs._count);
 }
 
 void Paint4Bpp::Negate() { Negate(_area); }

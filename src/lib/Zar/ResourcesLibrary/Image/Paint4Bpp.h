@@ -104,6 +104,14 @@ protected:
     static uint8_t PenOf(Color4Bpp color) noexcept;
 
 private:
+    // The byte runs of a rectangle clipped to the area's size: _rows runs of _count bytes, the first
+    // at _start and each one stride after the one before. An empty rectangle has no rows.
+    struct RowRuns {
+        int64_t _start = 0;
+        int64_t _count = 0;
+        int64_t _rows = 0;
+    };
+
     // The image shares no constness with the painter: a const painter still fills an empty buffer.
     MutableImage& Target() const;
     uint8_t* PixelPointer(uint16_t x, uint16_t y) const;
@@ -124,6 +132,7 @@ private:
     void DrawOuterFrame();
     void DrawOuterDottedFrame();
     void CopyRows(ImageInfo const& info, uint8_t const* pixels);
+    RowRuns RunsOf(Rect const& r) const;
 
     std::shared_ptr<MutableImage> _image;
     Rect _area;

@@ -69,6 +69,23 @@ TEST(CheckTest, DetailAndFixedPlaceAreKept)
     }
 }
 
+void PromiseShort(unsigned actual, unsigned size)
+{
+    ZAR_CHECK(PostCondition, actual <= size, "", ZAR_SOURCE_INFO_LINE(99));
+}
+
+TEST(CheckTest, AFixedLineKeepsThisFile)
+{
+    try {
+        PromiseShort(5, 4);
+        FAIL() << "no exception";
+    } catch (PostCondition const& e) {
+        EXPECT_STREQ("PostCondition actual <= size", e.what());
+        EXPECT_STREQ("tests/lib/Zar/Lt/Exceptions/CheckTest", e.Source()._file);
+        EXPECT_EQ(99u, e.Source()._line);
+    }
+}
+
 TEST(CheckTest, HoldingConditionThrowsNothing)
 {
     EXPECT_NO_THROW(RequireFour(4));
