@@ -56,6 +56,10 @@ function(zar_add_test_folder name)
     target_compile_options(${name} PRIVATE ${ZAR_WARNINGS})
     target_compile_definitions(${name} PRIVATE
         PACKAGER_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
-        PACKAGER_BINARY_DIR="${PROJECT_BINARY_DIR}")
+        PACKAGER_BINARY_DIR="${PROJECT_BINARY_DIR}"
+        PACKAGER_QT_MODULE="$<TARGET_FILE:zar_qt_input>")
+    # Test executables do not lie beside the Qt image module: the tests that load a Qt format point
+    # the loader at the module of this build.
+    add_dependencies(${name} zar_qt_input)
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR})
 endfunction()

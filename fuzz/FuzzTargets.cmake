@@ -36,6 +36,10 @@ zar_add_fuzz_target(input_sequence_list InputSequenceListFuzzer.cpp DEPS Zar::Im
 zar_add_fuzz_target(paths PathFuzzer.cpp DEPS Zar::Image)
 zar_add_fuzz_target(symbols SymbolFuzzer.cpp DEPS Zar::LtExceptions)
 zar_add_fuzz_target(case_conversion CaseFuzzer.cpp DEPS Zar::LtCore)
+# The commands writer's test of selected variants against Qt's answer, which it replaced: the one
+# target, besides the tests, that links Qt.
+find_package(Qt5 5.15 REQUIRED COMPONENTS Core)
+zar_add_fuzz_target(selected_variant_name SelectedVariantNameFuzzer.cpp DEPS Zar::Packager Qt5::Core)
 
 # The end-to-end target calls the tool's build driver; the tool's source is compiled in once more
 # with its main renamed, since libFuzzer or ReplayMain.cpp brings the program's main.

@@ -1,8 +1,8 @@
 #include "PythonCommandsOutput.h"
 
-#include "Zar/Lt/Core/StringExtension/Case.h"
+#include "SelectedVariantName.h"
 
-#include <QString>
+#include "Zar/Lt/Core/StringExtension/Case.h"
 
 #include <string>
 
@@ -31,13 +31,6 @@ std::string KeyText(int key)
     }
 }
 
-// Selected variants are drawn differently on the display but are not separate commands.
-bool IsSelectedVariant(std::string_view name)
-{
-    return QString::fromUtf8(name.data(), static_cast<int>(name.size()))
-        .endsWith(QStringLiteral("_Selected"), Qt::CaseSensitive);
-}
-
 } // namespace
 
 void PythonCommandsOutput::WriteHeader()
@@ -59,7 +52,7 @@ void PythonCommandsOutput::WriteHeader()
 void PythonCommandsOutput::Write(int /*index*/, std::string_view const& name)
 {
     // Both tests look at the name as received, before trimming.
-    if (name == "empty" || IsSelectedVariant(name))
+    if (name == "empty" || SelectedVariantName::Matches(name))
         return;
     std::string const cleanName = CleanName(name);
     _stream << "    ";

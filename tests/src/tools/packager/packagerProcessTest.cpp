@@ -40,10 +40,13 @@ struct Process {
 
 // Runs the executable in folder with the arguments; its standard output and error are kept in files
 // beside the folder, so that they do not show up among the files it leaves behind.
+// The environment, when given, is a list of assignments put before the command.
 Process RunPackager(ScratchFolder const& scratch, std::filesystem::path const& folder,
-    std::vector<std::string> const& arguments)
+    std::vector<std::string> const& arguments, std::string const& environment = {},
+    std::string const& executable = PACKAGER_EXECUTABLE)
 {
-    std::string command = ShellQuoted(PACKAGER_EXECUTABLE);
+    std::string command = environment.empty() ? std::string() : environment + " ";
+    command += ShellQuoted(executable);
     for (auto const& argument : arguments) {
         command += ' ';
         command += ShellQuoted(argument);
@@ -91,6 +94,27 @@ protected:
     Process RunTool(std::vector<std::string> const& arguments) const
     {
         return RunPackager(_scratch, Work(), arguments);
+    }
+
+    // Runs the tool with the dynamic loader reporting on standard error every library it opens.
+    Process RunToolReportingLibraries(std::string const& executable = PACKAGER_EXECUTABLE) const
+    {
+        return RunPackager(_scratch, Work(), {}, "LD_DEBUG=files", executable);
+    }
+
+    void CopyTree(std::filesystem::path const& tree) const
+    {
+        std::filesystem::copy(tree, Work() / "bmp", std::filesystem::copy_options::recursive);
+    }
+
+    // Every output is the same, byte for byte, as the one the previous release wrote from the same
+    // tree (kept in the folder expected, with what it printed in stdout.txt).
+    void ExpectTheReleasedOutputs(std::filesystem::path const& expected, Process const& process) const
+    {
+        for (char const* name : { "oled.pack", "Icons.h", "Icons.py", "IconsHelper.cpp", "commands.py",
+                 "Screens.h", "Screens.py" })
+            EXPECT_EQ(ReadBytes(expected / name), ReadBytes(Work() / name)) << name;
+        EXPECT_EQ(ReadText(expected / "stdout.txt"), process.output);
     }
 
     void WriteResources() const
@@ -229,3 +253,58 @@ TEST_F(PackagerProcessTest, TheExampleResourcesPackConsistently)
 }
 
 } // namespace
+
+// --- Outputs of the previous release, and Qt loaded on demand ----------------------------------
+
+std::filesystem::path const kReleasedOutputs
+    = std::filesystem::path(PACKAGER_SOURCE_DIR) / "tests/data/released-outputs";
+
+TEST_F(PackagerProcessTest, TheExampleResourcesGiveTheOutputsOfThePreviousRelease)
+{
+    CopyTree(std::filesystem::path(PACKAGER_SOURCE_DIR) / "examples/bmp");
+    Process const process = RunTool({ "version", "1.0.0.0", "sector", "12" });
+    EXPECT_EQ(0, process.status);
+    ExpectTheReleasedOutputs(kReleasedOutputs / "example", process);
+}
+
+TEST_F(PackagerProcessTest, ABuildWithoutQtImagesOpensNoQtLibrary)
+{
+    WriteResources();
+    WriteFile(Work() / "bmp/icons/Text.txt", std::string("XX  \n  XX\n"));
+    WriteFile(Work() / "bmp/icons/list.txt", std::string("Play\nLine.bmp\nText.txt\n"));
+    Process const process = RunToolReportingLibraries();
+    EXPECT_EQ(0, process.status);
+    EXPECT_THAT(process.output, StartsWith("0.6.0.0, 3 icons at sector 12, 1 screens, "));
+    // The report is there (the C library is always opened), and names neither Qt nor the module.
+    EXPECT_THAT(process.errors, testing::HasSubstr("libc.so"));
+    EXPECT_THAT(process.errors, testing::Not(testing::HasSubstr("libQt5")));
+    EXPECT_THAT(process.errors, testing::Not(testing::HasSubstr("zar_qt_input")));
+}
+
+TEST_F(PackagerProcessTest, AQtImageIsLoadedThroughTheModuleAsByThePreviousRelease)
+{
+    CopyTree(kReleasedOutputs / "qt-tree/bmp");
+    Process const process = RunToolReportingLibraries();
+    EXPECT_EQ(0, process.status);
+    ExpectTheReleasedOutputs(kReleasedOutputs / "qt-tree/expected", process);
+    EXPECT_THAT(process.errors, testing::HasSubstr("zar_qt_input.so"));
+    EXPECT_THAT(process.errors, testing::HasSubstr("libQt5Gui.so"));
+}
+
+TEST_F(PackagerProcessTest, WithoutItsQtModuleOnlyTheQtImageFails)
+{
+    // A copy of the tool in a folder of its own finds no module beside it (nor, on a machine where
+    // the project is not installed, in the install locations).
+    std::filesystem::path const alone = _scratch / "alone/packager";
+    std::filesystem::create_directories(alone.parent_path());
+    std::filesystem::copy_file(PACKAGER_EXECUTABLE, alone);
+    CopyTree(kReleasedOutputs / "qt-tree/bmp");
+    Process const process = RunToolReportingLibraries(alone.string());
+    EXPECT_EQ(0, process.status);
+    // The other icon is built, and the build stops after the icons, as for any failed icon.
+    EXPECT_THAT(
+        process.output, StartsWith("0.6.0.0, 1 icons at sector 12, 0 screens, 2 sectors, 8192 bytes\n"));
+    EXPECT_EQ((std::vector<std::string> { "Play" }), ReadHeader(ReadBytes(Work() / "oled.pack")).names);
+    EXPECT_THAT(process.errors, testing::HasSubstr("libc.so"));
+    EXPECT_THAT(process.errors, testing::Not(testing::HasSubstr("libQt5")));
+}

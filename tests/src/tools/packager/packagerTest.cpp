@@ -12,6 +12,7 @@
 #include "Zar/Lt/Core/ScratchFolder.h"
 #include "Zar/Lt/Core/Version32.h"
 #include "Zar/ResourcesLibrary/Image/FileFormat.h"
+#include "Zar/ResourcesLibrary/Image/codec/QtModule.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
 #include <gmock/gmock.h>
@@ -326,6 +327,26 @@ TEST_F(BuildTest, AMissingIconListFailsAfterThePackWasStarted)
             testing::StrEq("Cannot open " + Root() + "icons/list.txt")));
     testing::internal::GetCapturedStdout();
     EXPECT_EQ(kSector, ReadBytes(_folder / "out/oled.pack").size());
+}
+
+TEST_F(BuildTest, AQtImageFailsAloneWhenTheQtModuleCannotBeLoaded)
+{
+    std::filesystem::copy(
+        std::filesystem::path(PACKAGER_SOURCE_DIR) / "tests/data/released-outputs/qt-tree/bmp",
+        _folder / "bmp", std::filesystem::copy_options::recursive);
+    std::string const missing = _folder.PathOf("no-module/zar_qt_input.so");
+    Zar::ResourcesLibrary::Image::QtModule::SetSearchPaths({ missing });
+    testing::internal::CaptureStdout();
+    EXPECT_THAT([&] { Build(Version32(), Root(), Out(), 12, FileFormat::None); },
+        testing::ThrowsMessage<ResourcesLibraryException>(HasSubstr(
+            " Photo.png cannot load the Qt image module "
+            "zar_qt_input.so: tried "
+            + missing + " (" + missing + ": cannot open shared object file: No such file or directory)\n")));
+    std::string const printed = testing::internal::GetCapturedStdout();
+    Zar::ResourcesLibrary::Image::QtModule::SetSearchPaths({ PACKAGER_QT_MODULE });
+    // The other icon is built, and the build stops after the icons, as for any failed icon.
+    EXPECT_THAT(printed, StartsWith("0.0.0.0, 1 icons at sector 12, 0 screens, 2 sectors, 8192 bytes\n"));
+    EXPECT_EQ(std::vector<std::string>({ "Play" }), ReadHeader(ReadBytes(_folder / "out/oled.pack")).names);
 }
 
 TEST_F(BuildTest, TheScreensAreOptional)

@@ -1,12 +1,13 @@
 #include "Zar/ResourcesLibrary/Image/InputSequence.h"
 
 #include "Zar/Lt/Exceptions/Check.h"
+#include "Zar/ResourcesLibrary/Image/InputFile.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
 #include <cstring>
 #include <exception>
-#include <fstream>
 #include <istream>
+#include <memory>
 
 namespace Zar::ResourcesLibrary::Image {
 
@@ -74,15 +75,15 @@ void InputSequence::AddItem(std::string const& name) { _items.push_back(name); }
 
 void InputSequence::AddList(string const& listPath)
 {
-    std::ifstream stream(listPath);
-    if (!stream.is_open()) {
+    std::unique_ptr<std::istream> const stream = InputFile::Open(listPath.c_str());
+    if (!stream) {
         if (_required)
             throw ResourcesLibraryException(
                 ZAR_SOURCE_INFO_OF(kAddListFunction, ZAR_SOURCE_FILE, 55), "Cannot open " + listPath);
         return;
     }
     std::string line;
-    while (ReadLine(stream, line, kMaxLineLength)) {
+    while (ReadLine(*stream, line, kMaxLineLength)) {
         std::string name = TrimmedName(line);
         if (!name.empty())
             _items.push_back(std::move(name));

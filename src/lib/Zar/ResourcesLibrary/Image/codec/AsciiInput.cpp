@@ -1,12 +1,13 @@
 #include "Zar/ResourcesLibrary/Image/codec/AsciiInput.h"
 
 #include "Zar/Lt/Exceptions/Check.h"
+#include "Zar/ResourcesLibrary/Image/InputFile.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
 #include <algorithm>
 #include <cctype>
 #include <cstring>
-#include <fstream>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -14,6 +15,7 @@ using Zar::ResourcesLibrary::ResourcesLibraryException;
 using Zar::ResourcesLibrary::Image::FileFormat;
 using Zar::ResourcesLibrary::Image::ImageFormat;
 using Zar::ResourcesLibrary::Image::ImageInfo;
+using Zar::ResourcesLibrary::Image::InputFile;
 using Zar::ResourcesLibrary::Image::MutableImage;
 
 namespace {
@@ -129,16 +131,16 @@ MutableImage AsciiInput::FromData(void const* data, size_t size)
 MutableImage AsciiInput::Load(char const* filePath)
 {
     std::string const path = filePath != nullptr ? filePath : "";
-    std::ifstream stream(path);
+    std::unique_ptr<std::istream> const stream = InputFile::Open(path.c_str());
     std::vector<uint8_t> text;
-    if (stream.good()) {
-        stream.seekg(0, std::ios::end);
-        std::streamoff const end = stream.tellg();
-        stream.seekg(0, std::ios::beg);
+    if (stream && stream->good()) {
+        stream->seekg(0, std::ios::end);
+        std::streamoff const end = stream->tellg();
+        stream->seekg(0, std::ios::beg);
         if (end > 0)
-            text = ReadAll(stream, static_cast<size_t>(end));
+            text = ReadAll(*stream, static_cast<size_t>(end));
     }
-    if (text.empty() || stream.bad())
+    if (text.empty() || !stream || stream->bad())
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Ascii::Load cannot read " + path);
     return FromData(text.data(), text.size());
 }

@@ -2,6 +2,7 @@
 
 #include "Zar/Lt/Exceptions/Check.h"
 #include "Zar/ResourcesLibrary/Image/ImageFormatHelper.h"
+#include "Zar/ResourcesLibrary/Image/InputFile.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
 #include <algorithm>
@@ -9,7 +10,7 @@
 #include <bit>
 #include <cstdio>
 #include <cstring>
-#include <fstream>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -65,8 +66,8 @@ std::string FormatName(ImageFormat format)
     return value > 11 ? "Undefined" : ImageFormatHelper::GetString(value);
 }
 
-// The bytes a stream still holds from its position on, when it can tell (file and string streams
-// can); nothing when it cannot seek. The position is left where it was.
+// The bytes a stream still holds from its position on, when it can tell (a file read into memory,
+// file and string streams can); nothing when it cannot seek. The position is left where it was.
 std::optional<uint64_t> RemainingBytes(std::istream& stream)
 {
     std::streampos const here = stream.tellg();
@@ -125,12 +126,12 @@ MutableImage BmpInput::Load(char const* filePath)
 {
     if (filePath == nullptr || filePath[0] == '\0')
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Input::Load nullptr in filePath");
-    std::ifstream stream(filePath, std::ios::in | std::ios::binary);
-    if (!stream.is_open())
+    std::unique_ptr<std::istream> const stream = Zar::ResourcesLibrary::Image::InputFile::Open(filePath);
+    if (!stream)
         throw ResourcesLibraryException(
             ZAR_SOURCE_INFO(), std::string("BmpInput::Load cannot open ") + filePath);
-    std::vector<uint8_t> const block = RawReadHeader(stream);
-    return ReadData(stream, block, _imageFormat);
+    std::vector<uint8_t> const block = RawReadHeader(*stream);
+    return ReadData(*stream, block, _imageFormat);
 }
 
 std::vector<uint8_t> BmpInput::RawReadHeader(std::istream& stream)

@@ -3,6 +3,7 @@
 #include "Zar/Lt/Exceptions/Check.h"
 #include "Zar/Lt/Exceptions/NotSupported.h"
 #include "Zar/ResourcesLibrary/Image/FileFormatHelper.h"
+#include "Zar/ResourcesLibrary/Image/InputFile.h"
 #include "Zar/ResourcesLibrary/Image/codec/AsciiInput.h"
 #include "Zar/ResourcesLibrary/Image/codec/BmpInput.h"
 #include "Zar/ResourcesLibrary/Image/codec/DetectInput.h"
@@ -13,7 +14,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <fstream>
 #include <limits>
 #include <utility>
 
@@ -127,14 +127,6 @@ std::string FormatConversion(Conversion const& conversion, int index)
     return written < 0 ? std::string() : std::string(text);
 }
 
-std::ifstream OpenBinary(char const* filePath)
-{
-    std::ifstream stream;
-    if (filePath != nullptr && filePath[0] != '\0')
-        stream.open(filePath, std::ios::in | std::ios::binary);
-    return stream;
-}
-
 } // namespace
 
 Input::Input(FileFormat fileFormat, ImageFormat imageFormat, std::string pattern, std::string folder)
@@ -165,10 +157,10 @@ ImageInfo Input::ReadHeader(std::istream& stream)
 
 ImageInfo Input::LoadHeader(char const* filePath)
 {
-    std::ifstream stream = OpenBinary(filePath);
-    if (!stream.is_open())
+    std::unique_ptr<std::istream> const stream = InputFile::Open(filePath);
+    if (!stream)
         return ImageInfo::Empty;
-    return ReadHeader(stream);
+    return ReadHeader(*stream);
 }
 
 size_t Input::Read(std::istream& /*stream*/, void* /*data*/, size_t /*size*/)
@@ -184,11 +176,11 @@ MutableImage Input::FromData(void const* /*data*/, size_t /*size*/)
 MutableImage Input::Load(char const* filePath)
 {
     ZAR_CHECK(PreCondition, filePath && filePath[0], "Input::Load nullptr in filePath", ZAR_SOURCE_INFO());
-    std::ifstream stream = OpenBinary(filePath);
-    if (!stream.is_open())
+    std::unique_ptr<std::istream> const stream = InputFile::Open(filePath);
+    if (!stream)
         throw ResourcesLibraryException(
             ZAR_SOURCE_INFO(), std::string("Input::Load cannot open ") + filePath);
-    ImageInfo const info = ReadHeader(stream);
+    ImageInfo const info = ReadHeader(*stream);
     if (info.Width() <= 0 || info.Height() <= 0)
         throw ResourcesLibraryException(
             ZAR_SOURCE_INFO(), std::string("Input::Load cannot read header ") + filePath);
@@ -196,7 +188,7 @@ MutableImage Input::Load(char const* filePath)
     uint64_t bodySize = uint64_t { info.Stride() } * height;
     if (bodySize == 0)
         bodySize = uint64_t { info.GetBytes(info.Width()) } * height;
-    std::vector<uint8_t> const body = ReadAvailable(stream, bodySize);
+    std::vector<uint8_t> const body = ReadAvailable(*stream, bodySize);
     return FromData(body.empty() ? nullptr : body.data(), body.size());
 }
 

@@ -2,14 +2,13 @@
 
 #include "Zar/Lt/Exceptions/Check.h"
 #include "Zar/ResourcesLibrary/Image/ImageFormatHelper.h"
+#include "Zar/ResourcesLibrary/Image/codec/QtModule.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
-
-#include <QImage>
-#include <QString>
 
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -18,6 +17,7 @@ using Zar::ResourcesLibrary::Image::ImageFormat;
 using Zar::ResourcesLibrary::Image::ImageFormatHelper;
 using Zar::ResourcesLibrary::Image::ImageInfo;
 using Zar::ResourcesLibrary::Image::MutableImage;
+using Zar::ResourcesLibrary::Image::QtModule;
 
 namespace {
 
@@ -63,31 +63,32 @@ ImageFormat QtInput::FromQtFormat(int qtFormat)
 
 MutableImage QtInput::Load(char const* filePath)
 {
+    ZarQtImageCodec const& codec = QtModule::Codec();
     // The path is read as Latin-1, one character a byte. Qt encodes file names back in the
     // locale's encoding, so a path outside ASCII names another file and loads as the empty image.
-    QImage const decoded(
-        QString::fromLatin1(filePath, filePath != nullptr ? static_cast<int>(std::strlen(filePath)) : -1),
-        nullptr);
-    if (decoded.sizeInBytes() == 0)
+    ZarQtImage decoded {};
+    codec.load(filePath, &decoded);
+    std::unique_ptr<ZarQtImage, void (*)(ZarQtImage*)> const release(&decoded, codec.release);
+    if (decoded.sizeInBytes <= 0)
         return MutableImage::Empty;
 
-    ImageFormat const format = FromQtFormat(QImage::toImageFormat(decoded.pixelFormat()));
+    ImageFormat const format = FromQtFormat(decoded.qtFormat);
     if (_imageFormat != ImageFormat::Unknown && _imageFormat != format)
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Invalid format " + FormatName(format));
 
     ImageInfo info(format);
-    info._width = decoded.width();
-    info._height = decoded.height();
+    info._width = decoded.width;
+    info._height = decoded.height;
     // Qt pads its rows to 4 bytes as every producer here does.
-    info._stride = ImageInfo::StrideOf(decoded.width(), format);
+    info._stride = ImageInfo::StrideOf(decoded.width, format);
 
-    size_t const size = size_t { info._stride } * static_cast<size_t>(std::max(decoded.height(), 0));
+    size_t const size = size_t { info._stride } * static_cast<size_t>(std::max(decoded.height, 0));
     std::vector<uint8_t> pixels(size, 0);
     // For the formats of the table Qt's rows are exactly as long as ours and this is one block
     // copy. A format outside the table counts 32 bits a pixel and may need more bytes than Qt
     // decoded: only what Qt holds is copied, and the rest of the image stays zero.
-    size_t const available = std::min(size, static_cast<size_t>(decoded.sizeInBytes()));
+    size_t const available = std::min(size, static_cast<size_t>(decoded.sizeInBytes));
     if (available > 0)
-        std::memcpy(pixels.data(), decoded.constBits(), available);
+        std::memcpy(pixels.data(), decoded.bits, available);
     return MutableImage(info, std::move(pixels));
 }

@@ -4,7 +4,8 @@
 
 #include <string>
 
-// Reads the file kinds that Qt's image classes decode and copies the decoded pixels into an image
+// Reads the file kinds that Qt's image classes decode, through the module that holds the Qt code
+// (QtModule, opened on the first such file), and copies the decoded pixels into an image
 // of the matching format.
 class QtInput : public Zar::ResourcesLibrary::Image::Input {
 public:

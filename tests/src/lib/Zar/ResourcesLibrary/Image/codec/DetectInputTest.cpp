@@ -7,6 +7,7 @@
 #include "Zar/ResourcesLibrary/Image/codec/AsciiInput.h"
 #include "Zar/ResourcesLibrary/Image/codec/BmpInput.h"
 #include "Zar/ResourcesLibrary/Image/codec/QtInput.h"
+#include "Zar/ResourcesLibrary/Image/codec/QtModule.h"
 #include "Zar/ResourcesLibrary/Image/codec/RawInput.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
@@ -130,6 +131,7 @@ TEST(DetectInputTest, ATextFileMakesATextLoader)
 
 TEST(DetectInputTest, APngFileMakesAQtLoader)
 {
+    Zar::ResourcesLibrary::Image::QtModule::SetSearchPaths({ PACKAGER_QT_MODULE });
     ScratchFolder folder;
     auto detect = MakeLoader();
     MutableImage const image = detect->Load(folder.PathOf("a.png"));

@@ -1,5 +1,7 @@
 #include "Zar/ResourcesLibrary/Image/codec/QtInput.h"
 
+#include "Zar/ResourcesLibrary/Image/codec/QtModule.h"
+
 #include "Zar/Lt/Core/ScratchFolder.h"
 #include "Zar/Lt/Exceptions/NotSupported.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
@@ -36,6 +38,9 @@ std::vector<uint8_t> Bytes(uint8_t const* begin, size_t size) { return { begin, 
 
 class QtInputTest : public testing::Test {
 protected:
+    // The module of this build: the test executable does not lie beside it.
+    void SetUp() override { Zar::ResourcesLibrary::Image::QtModule::SetSearchPaths({ PACKAGER_QT_MODULE }); }
+
     // Saves the image through Qt itself, so that the file is whatever Qt writes for that format.
     std::string Save(QImage const& image, std::string const& name) const
     {

@@ -1,0 +1,90 @@
+#include "Zar/ResourcesLibrary/Image/InputFile.h"
+
+#include "Zar/ResourcesLibrary/Image/ByteStream.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <fstream>
+#include <utility>
+
+namespace Zar::ResourcesLibrary::Image {
+
+namespace {
+
+// Closes the descriptor on every way out of a read.
+class Descriptor {
+public:
+    explicit Descriptor(int descriptor)
+        : _descriptor(descriptor)
+    {
+    }
+    ~Descriptor()
+    {
+        if (_descriptor >= 0)
+            ::close(_descriptor);
+    }
+    Descriptor(Descriptor const&) = delete;
+    Descriptor& operator=(Descriptor const&) = delete;
+
+    int Get() const noexcept { return _descriptor; }
+
+private:
+    int _descriptor;
+};
+
+// Reads exactly size bytes unless the file ends or fails first; the bytes read.
+size_t ReadFully(int descriptor, uint8_t* data, size_t size)
+{
+    size_t done = 0;
+    while (done < size) {
+        ssize_t const got = ::read(descriptor, data + done, size - done);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got <= 0)
+            break;
+        done += static_cast<size_t>(got);
+    }
+    return done;
+}
+
+std::unique_ptr<std::istream> OpenAsStream(char const* path)
+{
+    auto stream = std::make_unique<std::ifstream>(path, std::ios::in | std::ios::binary);
+    if (!stream->is_open())
+        return nullptr;
+    return stream;
+}
+
+} // namespace
+
+std::optional<std::vector<uint8_t>> InputFile::ReadWhole(char const* path)
+{
+    if (path == nullptr || path[0] == '\0')
+        return std::nullopt;
+    // Non-blocking, so that opening a pipe without a writer returns at once; for a regular file
+    // the flag changes nothing.
+    Descriptor const file(::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    struct stat status { };
+    if (file.Get() < 0 || ::fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size < 0
+        || static_cast<uint64_t>(status.st_size) > kWholeReadLimit)
+        return std::nullopt;
+    // The size comes from the file system, so the buffer holds no more than the file does. A file
+    // that shrinks meanwhile gives what it still held; one that grows is read to its size then.
+    std::vector<uint8_t> bytes(static_cast<size_t>(status.st_size));
+    bytes.resize(ReadFully(file.Get(), bytes.data(), bytes.size()));
+    return bytes;
+}
+
+std::unique_ptr<std::istream> InputFile::Open(char const* path)
+{
+    if (path == nullptr || path[0] == '\0')
+        return nullptr;
+    if (std::optional<std::vector<uint8_t>> bytes = ReadWhole(path))
+        return std::make_unique<ByteStream>(std::move(*bytes));
+    return OpenAsStream(path);
+}
+
+} // namespace Zar::ResourcesLibrary::Image
