@@ -4,11 +4,15 @@
 
 #include <stdint.h>
 
-namespace Zar { namespace RemoteController { namespace Features {
+namespace Zar {
+namespace RemoteController {
+namespace Features {
 
 struct IconsHelper {
     // The name of the icon at this place of the Icon enumeration, counted from 0 for Icons::First.
     static const char* GetString(uint32_t value);
 };
 
-}}} // namespace Zar::RemoteController::Features
+}
+}
+} // namespace Zar::RemoteController::Features

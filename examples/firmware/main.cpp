@@ -49,8 +49,8 @@ constexpr uint32_t kSectorsPerScreen = 2;
 
 uint32_t ReadU32(std::vector<unsigned char> const& pack, std::size_t offset)
 {
-    return uint32_t { pack[offset] } | uint32_t { pack[offset + 1] } << 8 | uint32_t { pack[offset + 2] } << 16
-        | uint32_t { pack[offset + 3] } << 24;
+    return uint32_t { pack[offset] } | uint32_t { pack[offset + 1] } << 8
+        | uint32_t { pack[offset + 2] } << 16 | uint32_t { pack[offset + 3] } << 24;
 }
 
 uint16_t ReadU16(std::vector<unsigned char> const& pack, std::size_t offset)
@@ -131,8 +131,8 @@ private:
             uint16_t const expected = ReadU16(_pack, kCrcTableOffset + 2 * target);
             uint16_t const actual = Crc16(&_pack[sector * kSectorSize], kSectorSize);
             if (actual != expected)
-                Fail("sector " + std::to_string(target) + " has CRC " + std::to_string(actual) + ", the header "
-                    + std::to_string(expected));
+                Fail("sector " + std::to_string(target) + " has CRC " + std::to_string(actual)
+                    + ", the header " + std::to_string(expected));
         }
         std::printf("%u sectors match the header's CRC table\n", sectors - 1);
     }
