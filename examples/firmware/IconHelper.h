@@ -4,15 +4,11 @@
 
 #include <stdint.h>
 
-namespace Zar {
-namespace RemoteController {
-namespace Features {
+namespace Zar::RemoteController::Features {
 
 struct IconsHelper {
     // The name of the icon at this place of the Icon enumeration, counted from 0 for Icons::First.
     static const char* GetString(uint32_t value);
 };
 
-}
-}
 } // namespace Zar::RemoteController::Features
