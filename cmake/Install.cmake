@@ -3,6 +3,9 @@
 include(GNUInstallDirs)
 
 install(TARGETS packager packinspect RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+# The Qt image loader's module, which the tools look for in <bindir>/../<libdir>/packager and in the
+# same folder under the configured prefix.
+install(TARGETS zar_qt_input LIBRARY DESTINATION ${ZAR_QT_MODULE_INSTALL_DIR})
 
 # find_package(Packager) looks in <prefix>/share/cmake/Packager among other places.
 set(PACKAGER_INSTALL_CMAKEDIR ${CMAKE_INSTALL_DATADIR}/cmake/Packager)
