@@ -1,6 +1,9 @@
 #include "CommandLine.h"
 
 #include "ContactSheet.h"
+#include "DiffSheet.h"
+#include "PackComparison.h"
+#include "PackExtractor.h"
 #include "PackFile.h"
 #include "PackLayout.h"
 #include "PackLister.h"
@@ -13,6 +16,7 @@
 #include "Zar/ResourcesLibrary/Pack/PackFormat.h"
 
 #include <charconv>
+#include <filesystem>
 #include <iostream>
 #include <ostream>
 
@@ -23,17 +27,12 @@ using Zar::ResourcesLibrary::Pack::PackHeader;
 
 namespace {
 
-OptionParser::Option const HelpOption { "help", 'h', false };
-OptionParser::Option const IconOption { "icon", 0, true };
-OptionParser::Option const ScreenOption { "screen", 0, true };
-char const* const DefaultIcon = "32x24";
-char const* const DefaultScreen = "256x64";
-
-std::string VersionLine(Zar::Lt::Core::Version32 version)
-{
-    return std::to_string(version.Major()) + "." + std::to_string(version.Minor()) + "."
-        + std::to_string(version.Patch()) + "." + std::to_string(version.Build());
-}
+OptionParser::Option const kHelpOption { "help", 'h', false };
+OptionParser::Option const kIconOption { "icon", 0, true };
+OptionParser::Option const kScreenOption { "screen", 0, true };
+OptionParser::Option const kOutputOption { "output", 'o', true };
+char const* const kDefaultIcon = "32x24";
+char const* const kDefaultScreen = "256x64";
 
 // A whole decimal number from 0 up that fits the packager's int.
 std::optional<int32_t> ParseSector(std::string const& text)
@@ -45,7 +44,38 @@ std::optional<int32_t> ParseSector(std::string const& text)
     return sector;
 }
 
+bool IsEmptyOrMissing(std::filesystem::path const& folder)
+{
+    std::error_code error;
+    return !std::filesystem::exists(folder, error) || std::filesystem::is_empty(folder, error);
+}
+
 } // namespace
+
+// One subcommand: its options (--help among them), its help text and what runs it.
+struct CommandLine::Command {
+    char const* _name;
+    std::vector<OptionParser::Option> _options;
+    std::string (*_help)();
+    int (CommandLine::*_run)(OptionParser const& parser);
+};
+
+std::vector<CommandLine::Command> const& CommandLine::Commands()
+{
+    static std::vector<Command> const commands {
+        { "verify", { kHelpOption }, &CommandLine::VerifyHelp, &CommandLine::Verify },
+        { "list", { kHelpOption, kIconOption, kScreenOption }, &CommandLine::ListHelp, &CommandLine::List },
+        { "render", { kHelpOption, kIconOption, kScreenOption, kOutputOption }, &CommandLine::RenderHelp,
+            &CommandLine::Render },
+        { "check", { kHelpOption, { "sector", 0, true }, { "verbose", 'v', false } }, &CommandLine::CheckHelp,
+            &CommandLine::Check },
+        { "extract", { kHelpOption, kIconOption, kScreenOption, kOutputOption, { "force", 0, false } },
+            &CommandLine::ExtractHelp, &CommandLine::Extract },
+        { "diff", { kHelpOption, kIconOption, kScreenOption, { "png", 0, true } }, &CommandLine::DiffHelp,
+            &CommandLine::Diff },
+    };
+    return commands;
+}
 
 CommandLine::CommandLine(std::ostream& out, std::ostream& err)
     : _out(out)
@@ -57,36 +87,35 @@ int CommandLine::Run(std::vector<std::string> const& arguments)
 {
     if (arguments.empty())
         return UsageError("", "a command is needed");
-    std::string const& command = arguments[0];
-    std::vector<std::string> const rest(arguments.begin() + 1, arguments.end());
-    if (command == "-h" || command == "--help") {
+    std::string const& name = arguments[0];
+    if (name == "-h" || name == "--help") {
         _out << MainHelp();
         return kFine;
     }
-    if (command == "--version") {
+    if (name == "--version") {
         _out << "packinspect " << PACKINSPECT_VERSION << '\n';
         return kFine;
     }
-    if (command == "verify")
-        return Verify(rest);
-    if (command == "list")
-        return List(rest);
-    if (command == "render")
-        return Render(rest);
-    if (command == "check")
-        return Check(rest);
-    return UsageError("", "unknown command '" + command + "'");
+    for (auto const& command : Commands())
+        if (name == command._name)
+            return RunCommand(command, std::vector<std::string>(arguments.begin() + 1, arguments.end()));
+    return UsageError("", "unknown command '" + name + "'");
 }
 
-int CommandLine::Verify(std::vector<std::string> const& arguments)
+int CommandLine::RunCommand(Command const& command, std::vector<std::string> const& arguments)
 {
-    OptionParser parser({ HelpOption });
-    if (!ParseOptions("verify", parser, arguments))
-        return kUsage;
+    OptionParser parser(command._options);
+    if (!parser.Parse(arguments))
+        return UsageError(command._name, parser.Error());
     if (parser.Has("help")) {
-        _out << VerifyHelp();
+        _out << command._help();
         return kFine;
     }
+    return (this->*command._run)(parser);
+}
+
+int CommandLine::Verify(OptionParser const& parser)
+{
     auto const path = SinglePack("verify", parser);
     if (!path)
         return kUsage;
@@ -96,50 +125,36 @@ int CommandLine::Verify(std::vector<std::string> const& arguments)
     return report.ProblemCount() == 0 ? kFine : kProblemsFound;
 }
 
-int CommandLine::List(std::vector<std::string> const& arguments)
+int CommandLine::List(OptionParser const& parser)
 {
-    OptionParser parser({ HelpOption, IconOption, ScreenOption });
-    if (!ParseOptions("list", parser, arguments))
+    auto const pack = PackArgumentsOf("list", parser);
+    if (!pack)
         return kUsage;
-    if (parser.Has("help")) {
-        _out << ListHelp();
-        return kFine;
-    }
-    ImageGeometry icon(1, 1);
-    ImageGeometry screen(1, 1);
-    auto const path = SinglePack("list", parser);
-    if (!path || !ParseGeometries("list", parser, icon, screen))
-        return kUsage;
-    _out << *path << '\n';
-    return PackLister::List(PackFile::Load(*path), icon, screen, _out) == 0 ? kFine : kProblemsFound;
+    _out << pack->_path << '\n';
+    return PackLister::List(PackFile::Load(pack->_path), pack->_icon, pack->_screen, _out) == 0
+        ? kFine
+        : kProblemsFound;
 }
 
-int CommandLine::Render(std::vector<std::string> const& arguments)
+int CommandLine::Render(OptionParser const& parser)
 {
-    OptionParser parser({ HelpOption, IconOption, ScreenOption, { "output", 'o', true } });
-    if (!ParseOptions("render", parser, arguments))
-        return kUsage;
-    if (parser.Has("help")) {
-        _out << RenderHelp();
-        return kFine;
-    }
-    ImageGeometry icon(1, 1);
-    ImageGeometry screen(1, 1);
-    auto const path = SinglePack("render", parser);
-    if (!path || !ParseGeometries("render", parser, icon, screen))
+    auto const arguments = PackArgumentsOf("render", parser);
+    if (!arguments)
         return kUsage;
     auto const output = parser.Value("output");
     if (!output || output->empty())
         return UsageError("render", "the output file is missing: give it with -o FILE.png");
 
-    PackFile const pack = PackFile::Load(*path);
-    if (!pack.HasHeader() || !pack.Header().HasMagic() || !pack.Header().HasKnownFormat()) {
-        _err << "packinspect render: " << *path << " is not a pack\n";
+    std::string const& path = arguments->_path;
+    PackFile const pack = PackFile::Load(path);
+    if (!pack.IsPack()) {
+        _err << "packinspect render: " << path << " is not a pack\n";
         return kProblemsFound;
     }
     PackHeader const& header = pack.Header();
-    auto const sheet = ContactSheet::Lay(pack, PackLayout::Compute(header, icon, screen));
-    std::string const title = *path + "  version " + VersionLine(header._version) + ", "
+    auto const sheet
+        = ContactSheet::Lay(pack, PackLayout::Compute(header, arguments->_icon, arguments->_screen));
+    std::string const title = path + "  version " + PackLister::VersionText(header._version) + ", "
         + std::to_string(header._iconCount) + " icons at sector " + std::to_string(header._firstSector) + ", "
         + std::to_string(header._screenCount) + " screens";
     if (!sheet.Render(pack, title).save(QString::fromStdString(*output), "PNG")) {
@@ -154,19 +169,12 @@ int CommandLine::Render(std::vector<std::string> const& arguments)
     return missing.empty() ? kFine : kProblemsFound;
 }
 
-int CommandLine::Check(std::vector<std::string> const& arguments)
+int CommandLine::Check(OptionParser const& parser)
 {
-    OptionParser parser({ HelpOption, { "sector", 0, true }, { "verbose", 'v', false } });
-    if (!ParseOptions("check", parser, arguments))
-        return kUsage;
-    if (parser.Has("help")) {
-        _out << CheckHelp();
-        return kFine;
-    }
     if (parser.Operands().size() > 1)
         return UsageError("check", "one bmp folder at most");
     std::string const root = parser.Operands().empty() ? "bmp/" : parser.Operands()[0];
-    std::string const sectorText = parser.Value("sector").value_or("12");
+    std::string const sectorText = parser.Value("sector").value_or(std::to_string(kDefaultSector));
     auto const sector = ParseSector(sectorText);
     if (!sector)
         return UsageError("check", "the sector '" + sectorText + "' is not a number from 0 up");
@@ -180,20 +188,91 @@ int CommandLine::Check(std::vector<std::string> const& arguments)
     return checker.FailureCount() == 0 ? kFine : kProblemsFound;
 }
 
-bool CommandLine::ParseOptions(
-    std::string const& command, OptionParser& parser, std::vector<std::string> const& arguments)
+int CommandLine::Extract(OptionParser const& parser)
 {
-    if (parser.Parse(arguments))
-        return true;
-    UsageError(command, parser.Error());
-    return false;
+    auto const arguments = PackArgumentsOf("extract", parser);
+    if (!arguments)
+        return kUsage;
+    auto const output = parser.Value("output");
+    if (!output || output->empty())
+        return UsageError("extract", "the output folder is missing: give it with -o DIR");
+
+    PackFile const pack = PackFile::Load(arguments->_path);
+    PackExtractor const extractor(pack,
+        pack.IsPack() ? PackLayout::Compute(pack.Header(), arguments->_icon, arguments->_screen)
+                      : PackLayout());
+    if (auto const refusal = extractor.Refusal()) {
+        _err << "packinspect extract: " << arguments->_path << ": " << *refusal << '\n';
+        return kProblemsFound;
+    }
+    if (!parser.Has("force") && !IsEmptyOrMissing(*output)) {
+        _err << "packinspect extract: " << *output << " is not empty; give --force to write into it\n";
+        return kProblemsFound;
+    }
+    extractor.Write(*output);
+    auto const& header = pack.Header();
+    _out << "wrote " << header._iconCount << " icons and " << header._screenCount << " screens to "
+         << (std::filesystem::path(*output) / "bmp").string() << "\nrebuild the pack in " << *output
+         << " with (also in " << PackExtractor::kScriptName << "):\n"
+         << extractor.RebuildCommand() << '\n';
+    return kFine;
+}
+
+int CommandLine::Diff(OptionParser const& parser)
+{
+    if (parser.Operands().size() != 2)
+        return UsageError("diff", "two pack files are needed, the old one and the new one");
+    ImageGeometry icon(1, 1);
+    ImageGeometry screen(1, 1);
+    if (!ParseGeometries("diff", parser, icon, screen))
+        return kUsage;
+    auto const png = parser.Value("png");
+    if (png && png->empty())
+        return UsageError("diff", "the PNG file name is empty");
+
+    std::string const& oldPath = parser.Operands()[0];
+    std::string const& newPath = parser.Operands()[1];
+    PackFile const oldPack = PackFile::Load(oldPath);
+    PackFile const newPack = PackFile::Load(newPath);
+    auto const oldLayout = DiffLayout(oldPath, oldPack, icon, screen);
+    auto const newLayout = DiffLayout(newPath, newPack, icon, screen);
+    if (!oldLayout || !newLayout)
+        return kUsage;
+    auto const comparison = PackComparison::Compare(oldPack, *oldLayout, newPack, *newLayout);
+    _out << "old " << oldPath << "\nnew " << newPath << '\n';
+    comparison.Print(_out);
+    if (png) {
+        std::string const title = "old " + oldPath + "  |  new " + newPath + "  |  difference";
+        if (!DiffSheet::Render(comparison, oldPack, newPack, title)
+                 .save(QString::fromStdString(*png), "PNG")) {
+            _err << "packinspect diff: cannot write " << *png << '\n';
+            return kUsage;
+        }
+        _out << "wrote " << *png << '\n';
+    }
+    return comparison.IsEqual() ? kFine : kProblemsFound;
+}
+
+std::optional<PackLayout> CommandLine::DiffLayout(
+    std::string const& path, PackFile const& pack, ImageGeometry const& icon, ImageGeometry const& screen)
+{
+    if (!pack.IsPack()) {
+        _err << "packinspect diff: " << path << " is not a pack\n";
+        return std::nullopt;
+    }
+    auto layout = PackLayout::Compute(pack.Header(), icon, screen);
+    if (auto const problem = PackLister::GeometryProblem(pack, layout, icon, screen)) {
+        _err << "packinspect diff: " << path << ": " << *problem << '\n';
+        return std::nullopt;
+    }
+    return layout;
 }
 
 bool CommandLine::ParseGeometries(
     std::string const& command, OptionParser const& parser, ImageGeometry& icon, ImageGeometry& screen)
 {
-    std::string const iconText = parser.Value("icon").value_or(DefaultIcon);
-    std::string const screenText = parser.Value("screen").value_or(DefaultScreen);
+    std::string const iconText = parser.Value("icon").value_or(kDefaultIcon);
+    std::string const screenText = parser.Value("screen").value_or(kDefaultScreen);
     auto const parsedIcon = ImageGeometry::Parse(iconText);
     auto const parsedScreen = ImageGeometry::Parse(screenText);
     if (!parsedIcon || !parsedScreen) {
@@ -221,6 +300,16 @@ bool CommandLine::ParseGeometries(
     return true;
 }
 
+std::optional<CommandLine::PackArguments> CommandLine::PackArgumentsOf(
+    std::string const& command, OptionParser const& parser)
+{
+    auto const path = SinglePack(command, parser);
+    PackArguments arguments { path.value_or(""), ImageGeometry(1, 1), ImageGeometry(1, 1) };
+    if (!path || !ParseGeometries(command, parser, arguments._icon, arguments._screen))
+        return std::nullopt;
+    return arguments;
+}
+
 std::optional<std::string> CommandLine::SinglePack(std::string const& command, OptionParser const& parser)
 {
     if (parser.Operands().size() != 1) {
@@ -238,7 +327,7 @@ int CommandLine::UsageError(std::string const& command, std::string const& messa
     return kUsage;
 }
 
-char const* CommandLine::MainHelp()
+std::string CommandLine::MainHelp()
 {
     return "Usage: packinspect COMMAND [OPTION]... [ARGUMENT]...\n"
            "Inspect the resource packs that packager writes, and the bmp trees it reads.\n"
@@ -249,6 +338,8 @@ char const* CommandLine::MainHelp()
            "  render PACK -o FILE     draw every image of a pack into one PNG contact sheet\n"
            "  check [ROOT]            pack a bmp tree (default bmp/) as packager would and\n"
            "                          report every image that would fail\n"
+           "  extract PACK -o DIR     write the bmp tree that packager rebuilds PACK from\n"
+           "  diff OLD NEW            show the images, header fields and sectors that differ\n"
            "\n"
            "Options:\n"
            "  -h, --help     show this help and exit\n"
@@ -257,45 +348,57 @@ char const* CommandLine::MainHelp()
            "'packinspect COMMAND --help' shows the options of a command.\n"
            "\n"
            "Exit status: 0 if all is well, 1 if problems were found, 2 if the command line\n"
-           "is wrong or a file cannot be read.\n";
+           "is wrong or a file cannot be read (diff: 0 if the packs are equal, 1 if they\n"
+           "differ, 2 on trouble).\n";
 }
 
-char const* CommandLine::VerifyHelp()
+std::string CommandLine::VerifyHelp()
 {
     return "Usage: packinspect verify PACK\n"
-           "Check that PACK is a sound pack: the magic and the format word, whole 4096-byte\n"
-           "sectors, the icon and screen counts against the names area, every CRC entry the\n"
-           "format maps (icon sectors at the first sector and on, screen sectors at 247 and\n"
-           "on) against a CRC-16 recomputed from the file, icon sectors below 247 and the\n"
-           "names area within its 3552 bytes. Prints one line per sector (target sector,\n"
-           "file sector, CRC stored, CRC computed, OK or BAD), the problems and a verdict.\n"
-           "\n"
-           "  -h, --help  show this help and exit\n"
-           "\n"
-           "Exit status: 0 if the pack is sound, 1 if problems were found, 2 if the command\n"
-           "line is wrong or PACK cannot be read.\n";
+           "Check that PACK is a sound pack: the magic and the format word, whole "
+        + std::to_string(PackFormat::kSectorSize)
+        + "-byte\n"
+          "sectors, the icon and screen counts against the names area, every CRC entry the\n"
+          "format maps (icon sectors at the first sector and on, screen sectors at "
+        + std::to_string(PackFormat::kFirstScreenSector)
+        + " and\n"
+          "on) against a CRC-16 recomputed from the file, icon sectors below "
+        + std::to_string(PackFormat::kFirstScreenSector)
+        + " and the\n"
+          "names area within its "
+        + std::to_string(PackFormat::kNamesCapacity)
+        + " bytes. Prints one line per sector (target sector,\n"
+          "file sector, CRC stored, CRC computed, OK or BAD), the problems and a verdict.\n"
+          "\n"
+          "  -h, --help  show this help and exit\n"
+          "\n"
+          "Exit status: 0 if the pack is sound, 1 if problems were found, 2 if the command\n"
+          "line is wrong or PACK cannot be read.\n";
 }
 
-char const* CommandLine::ListHelp()
+std::string CommandLine::ListHelp()
 {
     return "Usage: packinspect list [OPTION]... PACK\n"
            "Show the version, first sector and counts of PACK, the sectors and bytes used and\n"
-           "free of the 256-sector store, the use of the names area, and one line per image:\n"
-           "kind, enumerator value (icons from (first sector - 2) x 10, screens from 0),\n"
-           "target sector, offset in that sector and name.\n"
-           "\n"
-           "The pack does not record image sizes: icons are laid out from --icon, every icon\n"
-           "the same size, and screens from --screen.\n"
-           "\n"
-           "      --icon=WxH    icon size in pixels (default 32x24)\n"
-           "      --screen=WxH  screen size in pixels (default 256x64)\n"
-           "  -h, --help        show this help and exit\n"
-           "\n"
-           "Exit status: 0 if the listing is sound, 1 if PACK is not a pack or the sizes do\n"
-           "not fit its sectors, 2 if the command line is wrong or PACK cannot be read.\n";
+           "free of the "
+        + std::to_string(PackFormat::kStoreSectors)
+        + "-sector store, the use of the names area, and one line per image:\n"
+          "kind, enumerator value (icons from (first sector - 2) x "
+        + std::to_string(PackFormat::kIconsPerMappedSector)
+        + ", screens from 0),\n"
+          "target sector, offset in that sector and name.\n"
+          "\n"
+          "The pack does not record image sizes: icons are laid out from --icon, every icon\n"
+          "the same size, and screens from --screen.\n"
+          "\n"
+        + GeometryHelp()
+        + "  -h, --help        show this help and exit\n"
+          "\n"
+          "Exit status: 0 if the listing is sound, 1 if PACK is not a pack or the sizes do\n"
+          "not fit its sectors, 2 if the command line is wrong or PACK cannot be read.\n";
 }
 
-char const* CommandLine::RenderHelp()
+std::string CommandLine::RenderHelp()
 {
     return "Usage: packinspect render [OPTION]... PACK -o FILE.png\n"
            "Decode every icon and screen of PACK (4 bits per pixel, the left pixel in the\n"
@@ -304,18 +407,22 @@ char const* CommandLine::RenderHelp()
            "white), its name and value under it.\n"
            "\n"
            "  -o, --output=FILE   the PNG to write (required)\n"
-           "      --icon=WxH      icon size in pixels (default 32x24)\n"
-           "      --screen=WxH    screen size in pixels (default 256x64)\n"
-           "  -h, --help          show this help and exit\n"
-           "\n"
-           "Text is drawn with Qt on its \"minimal\" platform with fonts enabled unless\n"
-           "QT_QPA_PLATFORM says otherwise, so no display is needed.\n"
-           "\n"
-           "Exit status: 0 if every image was drawn, 1 if PACK is not a pack or images lie\n"
-           "past its end, 2 if the command line is wrong or a file cannot be read or written.\n";
+           "      --icon=WxH      icon size in pixels (default "
+        + std::string(kDefaultIcon)
+        + ")\n"
+          "      --screen=WxH    screen size in pixels (default "
+        + std::string(kDefaultScreen)
+        + ")\n"
+          "  -h, --help          show this help and exit\n"
+          "\n"
+          "Text is drawn with Qt on its \"minimal\" platform with fonts enabled unless\n"
+          "QT_QPA_PLATFORM says otherwise, so no display is needed.\n"
+          "\n"
+          "Exit status: 0 if every image was drawn, 1 if PACK is not a pack or images lie\n"
+          "past its end, 2 if the command line is wrong or a file cannot be read or written.\n";
 }
 
-char const* CommandLine::CheckHelp()
+std::string CommandLine::CheckHelp()
 {
     return "Usage: packinspect check [OPTION]... [ROOT]\n"
            "Pack the bmp tree ROOT (default bmp/: ROOT/icons/list.txt and\n"
@@ -327,11 +434,74 @@ char const* CommandLine::CheckHelp()
            "overflow, and where two list lines name the same image. Caught exceptions are\n"
            "logged to standard error.\n"
            "\n"
-           "      --sector=N  first icon sector, as given to packager (default 12)\n"
-           "  -v, --verbose   log the call stack of every caught exception as well\n"
-           "  -h, --help      show this help and exit\n"
+           "      --sector=N  first icon sector, as given to packager (default "
+        + std::to_string(kDefaultSector)
+        + ")\n"
+          "  -v, --verbose   log the call stack of every caught exception as well\n"
+          "  -h, --help      show this help and exit\n"
+          "\n"
+          "Exit status: 0 if no image fails, 1 if any fails, 2 if the command line is wrong.\n";
+}
+
+std::string CommandLine::ExtractHelp()
+{
+    return "Usage: packinspect extract [OPTION]... PACK -o DIR\n"
+           "Write the bmp tree that packager rebuilds PACK from: DIR/bmp/icons/ and\n"
+           "DIR/bmp/screens/, each with a list.txt in pack order and one 4-bit BMP per image\n"
+           "named after it (an ordinary uncompressed BMP with the 16-level grey ramp, black\n"
+           "first, that image programs open), and DIR/rebuild.sh. Prints the command that\n"
+           "rebuilds PACK byte for byte, and the same generated sources, when run in DIR:\n"
            "\n"
-           "Exit status: 0 if no image fails, 1 if any fails, 2 if the command line is wrong.\n";
+           "  packager version 1.2.3.4 sector 14\n"
+           "\n"
+           "Icons in a pack already carry their frame: packing them again draws the same\n"
+           "frame over the same pixels, so the rebuilt pack is the same. Every image comes\n"
+           "back as a 4-bit BMP, whatever it was drawn in; the pack and the sources do not\n"
+           "depend on that. Not recoverable from a pack: a first sector given to packager\n"
+           "above 65535 (the pack keeps its low 16 bits, the sources the whole number) and\n"
+           "the image sizes, which come from --icon and --screen as for list.\n"
+           "\n"
+           "Refused before anything is written (exit 1): what is not a pack, sizes that do\n"
+           "not fit its sectors, a name that cannot be a file name and a list line that\n"
+           "gives it back, two images of one name, images of a width of 8 k + 1 pixels\n"
+           "(packager reads such 4-bit BMP rows 4 bytes short), and a DIR that is not empty.\n"
+           "\n"
+           "  -o, --output=DIR    the folder to write (required)\n"
+           "      --force         write into DIR even if it is not empty\n"
+        + GeometryHelp()
+        + "  -h, --help          show this help and exit\n"
+          "\n"
+          "Exit status: 0 if the tree was written, 1 if PACK was refused, 2 if the command\n"
+          "line is wrong or a file cannot be read or written.\n";
+}
+
+std::string CommandLine::DiffHelp()
+{
+    return "Usage: packinspect diff [OPTION]... OLD NEW\n"
+           "Compare two packs by image name. Prints one line per image added, removed,\n"
+           "changed (its pixels differ) or moved (the same pixels at another sector or\n"
+           "offset), then the header fields that changed (version, first sector, counts),\n"
+           "then the target sectors of NEW whose contents differ from OLD's at the same\n"
+           "sector, which are the ones to flash again, and their total in bytes (the header\n"
+           "sector counted when it differs). Prints \"the packs are equal\" when the files\n"
+           "are the same. Both packs are laid out from --icon and --screen.\n"
+           "\n"
+           "      --png=FILE      also draw every changed image old | new | difference, four\n"
+           "                      times its size and labelled, into a PNG\n"
+        + GeometryHelp()
+        + "  -h, --help          show this help and exit\n"
+          "\n"
+          "Exit status: 0 if the packs are equal, 1 if they differ, 2 on trouble (the\n"
+          "command line is wrong, a file cannot be read or written, a file is not a pack or\n"
+          "the sizes do not fit its sectors), as cmp and diff do.\n";
+}
+
+std::string CommandLine::GeometryHelp()
+{
+    return "      --icon=WxH      icon size in pixels (default " + std::string(kDefaultIcon)
+        + ")\n"
+          "      --screen=WxH    screen size in pixels (default "
+        + std::string(kDefaultScreen) + ")\n";
 }
 
 } // namespace Zar::ResourcesLibrary::Tools::Inspect

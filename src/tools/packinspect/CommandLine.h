@@ -2,7 +2,10 @@
 
 #include "ImageGeometry.h"
 #include "OptionParser.h"
+#include "PackFile.h"
+#include "PackLayout.h"
 
+#include <cstdint>
 #include <iosfwd>
 #include <optional>
 #include <string>
@@ -17,31 +20,50 @@ public:
     static constexpr int kFine = 0;
     static constexpr int kProblemsFound = 1;
     static constexpr int kUsage = 2;
+    // The first icon sector that packager takes when it is given none.
+    static constexpr int32_t kDefaultSector = 12;
 
     CommandLine(std::ostream& out, std::ostream& err);
 
     // arguments: everything after the program's name.
     int Run(std::vector<std::string> const& arguments);
 
-    static char const* MainHelp();
-    static char const* VerifyHelp();
-    static char const* ListHelp();
-    static char const* RenderHelp();
-    static char const* CheckHelp();
+    static std::string MainHelp();
+    static std::string VerifyHelp();
+    static std::string ListHelp();
+    static std::string RenderHelp();
+    static std::string CheckHelp();
+    static std::string ExtractHelp();
+    static std::string DiffHelp();
 
 private:
-    int Verify(std::vector<std::string> const& arguments);
-    int List(std::vector<std::string> const& arguments);
-    int Render(std::vector<std::string> const& arguments);
-    int Check(std::vector<std::string> const& arguments);
+    struct Command;
+    static std::vector<Command> const& Commands();
+    int RunCommand(Command const& command, std::vector<std::string> const& arguments);
 
-    // Parses the options; on a usage error writes it and returns false.
-    bool ParseOptions(
-        std::string const& command, OptionParser& parser, std::vector<std::string> const& arguments);
+    int Verify(OptionParser const& parser);
+    int List(OptionParser const& parser);
+    int Render(OptionParser const& parser);
+    int Check(OptionParser const& parser);
+    int Extract(OptionParser const& parser);
+    int Diff(OptionParser const& parser);
+
+    // The one pack file of a command and the image sizes it is laid out with.
+    struct PackArguments {
+        std::string _path;
+        ImageGeometry _icon;
+        ImageGeometry _screen;
+    };
+    // On a usage error writes it and gives nothing.
+    std::optional<PackArguments> PackArgumentsOf(std::string const& command, OptionParser const& parser);
     bool ParseGeometries(
         std::string const& command, OptionParser const& parser, ImageGeometry& icon, ImageGeometry& screen);
     std::optional<std::string> SinglePack(std::string const& command, OptionParser const& parser);
+    // The pack's layout for diff; on trouble writes it and gives nothing.
+    std::optional<PackLayout> DiffLayout(std::string const& path, PackFile const& pack,
+        ImageGeometry const& icon, ImageGeometry const& screen);
     int UsageError(std::string const& command, std::string const& message);
+    static std::string GeometryHelp();
 
     std::ostream& _out;
     std::ostream& _err;

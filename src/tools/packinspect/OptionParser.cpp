@@ -1,8 +1,44 @@
 #include "OptionParser.h"
 
+#include <QCommandLineParser>
+#include <QStringList>
+
 #include <algorithm>
 
 namespace Zar::ResourcesLibrary::Tools::Inspect {
+
+namespace {
+
+QCommandLineOption ToQt(OptionParser::Option const& option)
+{
+    QStringList names { QString::fromStdString(option._long) };
+    if (option._short != 0)
+        names.prepend(QString(QChar(option._short)));
+    // Qt takes an option with a value name as one that needs a value.
+    return QCommandLineOption(names, QString(), option._takesValue ? QStringLiteral("value") : QString());
+}
+
+// Qt names an unknown option without its dashes; the argument it came from tells how it was written.
+std::string Spelled(std::string const& name, std::vector<std::string> const& arguments)
+{
+    for (auto const& argument : arguments) {
+        if (argument == "--")
+            break;
+        if (argument == "--" + name || argument.starts_with("--" + name + "="))
+            return "--" + name;
+    }
+    return "-" + name;
+}
+
+// The argument Qt quotes in "Missing value after '--icon'." and the like.
+std::string Quoted(std::string const& text)
+{
+    auto const first = text.find('\'');
+    auto const last = text.rfind('\'');
+    return first == last ? text : text.substr(first + 1, last - first - 1);
+}
+
+} // namespace
 
 OptionParser::OptionParser(std::vector<Option> options)
     : _options(std::move(options))
@@ -11,75 +47,40 @@ OptionParser::OptionParser(std::vector<Option> options)
 
 bool OptionParser::Parse(std::vector<std::string> const& arguments)
 {
-    bool optionsEnded = false;
-    for (std::size_t index = 0; index < arguments.size(); ++index) {
-        std::string const& argument = arguments[index];
-        if (optionsEnded || argument.size() < 2 || argument[0] != '-')
-            _operands.push_back(argument);
-        else if (argument == "--")
-            optionsEnded = true;
-        else if (argument[1] == '-' ? !TakeLong(arguments, index) : !TakeShort(arguments, index))
-            return false;
+    QCommandLineParser parser;
+    for (auto const& option : _options)
+        parser.addOption(ToQt(option));
+    // Qt takes the first argument as the program's name.
+    QStringList qtArguments { QStringLiteral("packinspect") };
+    for (auto const& argument : arguments)
+        qtArguments << QString::fromStdString(argument);
+    if (!parser.parse(qtArguments)) {
+        std::vector<std::string> unknown;
+        for (auto const& name : parser.unknownOptionNames())
+            unknown.push_back(name.toStdString());
+        _error = ErrorOf(parser.errorText().toStdString(), unknown, arguments);
+        return false;
     }
+    for (auto const& option : _options) {
+        QString const name = QString::fromStdString(option._long);
+        if (parser.isSet(name))
+            _values[option._long] = option._takesValue ? parser.value(name).toStdString() : std::string();
+    }
+    for (auto const& operand : parser.positionalArguments())
+        _operands.push_back(operand.toStdString());
     return true;
 }
 
-bool OptionParser::TakeLong(std::vector<std::string> const& arguments, std::size_t& index)
+std::string OptionParser::ErrorOf(std::string const& qtError, std::vector<std::string> const& unknown,
+    std::vector<std::string> const& arguments)
 {
-    std::string const text = arguments[index].substr(2);
-    auto const equals = text.find('=');
-    std::string const name = text.substr(0, equals);
-    Option const* option = FindLong(name);
-    if (!option) {
-        _error = "unknown option '--" + name + "'";
-        return false;
-    }
-    if (!option->_takesValue) {
-        if (equals != std::string::npos) {
-            _error = "option '--" + name + "' takes no value";
-            return false;
-        }
-        _values[name] = "";
-        return true;
-    }
-    if (equals != std::string::npos) {
-        _values[name] = text.substr(equals + 1);
-        return true;
-    }
-    if (index + 1 >= arguments.size()) {
-        _error = "option '--" + name + "' needs a value";
-        return false;
-    }
-    _values[name] = arguments[++index];
-    return true;
-}
-
-bool OptionParser::TakeShort(std::vector<std::string> const& arguments, std::size_t& index)
-{
-    std::string const& argument = arguments[index];
-    Option const* option = FindShort(argument[1]);
-    if (!option) {
-        _error = std::string("unknown option '-") + argument[1] + "'";
-        return false;
-    }
-    if (!option->_takesValue) {
-        if (argument.size() > 2) {
-            _error = std::string("option '-") + argument[1] + "' takes no value";
-            return false;
-        }
-        _values[option->_long] = "";
-        return true;
-    }
-    if (argument.size() > 2) {
-        _values[option->_long] = argument.substr(2);
-        return true;
-    }
-    if (index + 1 >= arguments.size()) {
-        _error = std::string("option '-") + argument[1] + "' needs a value";
-        return false;
-    }
-    _values[option->_long] = arguments[++index];
-    return true;
+    if (!unknown.empty())
+        return "unknown option '" + Spelled(unknown.front(), arguments) + "'";
+    if (qtError.starts_with("Missing value"))
+        return "option '" + Quoted(qtError) + "' needs a value";
+    if (qtError.starts_with("Unexpected value"))
+        return "option '" + Quoted(qtError) + "' takes no value";
+    return qtError;
 }
 
 bool OptionParser::Has(std::string const& name) const { return _values.contains(name); }
@@ -90,20 +91,6 @@ std::optional<std::string> OptionParser::Value(std::string const& name) const
     if (found == _values.end())
         return std::nullopt;
     return found->second;
-}
-
-OptionParser::Option const* OptionParser::FindLong(std::string const& name) const
-{
-    auto const found
-        = std::find_if(_options.begin(), _options.end(), [&](Option const& o) { return o._long == name; });
-    return found == _options.end() ? nullptr : &*found;
-}
-
-OptionParser::Option const* OptionParser::FindShort(char name) const
-{
-    auto const found = std::find_if(
-        _options.begin(), _options.end(), [&](Option const& o) { return o._short != 0 && o._short == name; });
-    return found == _options.end() ? nullptr : &*found;
 }
 
 } // namespace Zar::ResourcesLibrary::Tools::Inspect

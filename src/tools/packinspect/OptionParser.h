@@ -7,9 +7,9 @@
 
 namespace Zar::ResourcesLibrary::Tools::Inspect {
 
-// GNU-style options of one subcommand: "--name value", "--name=value", "-x value", "-xvalue",
-// switches without a value, and "--" to end the options. Anything not starting with '-' (and a lone
-// "-") is an operand.
+// The options of one subcommand, parsed by Qt's QCommandLineParser: "--name value", "--name=value",
+// "-x value", "-xvalue", switches without a value, and "--" to end the options; options may follow
+// the operands. A lone "-" is an operand. Qt's error texts are turned into this tool's own words.
 class OptionParser {
 public:
     struct Option {
@@ -20,7 +20,8 @@ public:
 
     explicit OptionParser(std::vector<Option> options);
 
-    // Returns false and sets Error() on an unknown option or a missing value.
+    // Returns false and sets Error() on an unknown option, a missing value or a value given to a
+    // switch.
     bool Parse(std::vector<std::string> const& arguments);
 
     bool Has(std::string const& name) const;
@@ -30,10 +31,8 @@ public:
     std::string const& Error() const { return _error; }
 
 private:
-    Option const* FindLong(std::string const& name) const;
-    Option const* FindShort(char name) const;
-    bool TakeLong(std::vector<std::string> const& arguments, std::size_t& index);
-    bool TakeShort(std::vector<std::string> const& arguments, std::size_t& index);
+    static std::string ErrorOf(std::string const& qtError, std::vector<std::string> const& unknown,
+        std::vector<std::string> const& arguments);
 
     std::vector<Option> _options;
     std::map<std::string, std::string> _values;

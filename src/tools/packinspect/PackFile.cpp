@@ -37,6 +37,8 @@ PackFile::PackFile(std::vector<uint8_t> bytes, bool tooLarge)
         _header = PackHeader::Parse(_bytes);
 }
 
+bool PackFile::IsPack() const { return HasHeader() && _header->HasMagic() && _header->HasKnownFormat(); }
+
 PackHeader const& PackFile::Header() const
 {
     ZAR_PRECONDITION(_header.has_value());

@@ -24,6 +24,8 @@ public:
     std::size_t Size() const { return _bytes.size(); }
     bool IsTooLarge() const { return _tooLarge; }
     bool HasHeader() const { return _header.has_value(); }
+    // A header with the magic and the format word this tool reads.
+    bool IsPack() const;
     // Requires HasHeader().
     Pack::PackHeader const& Header() const;
 

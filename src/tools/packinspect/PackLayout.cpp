@@ -18,6 +18,8 @@ PackLayout PackLayout::Compute(
     PackHeader const& header, ImageGeometry const& icon, ImageGeometry const& screen)
 {
     PackLayout layout;
+    layout._icon = icon;
+    layout._screen = screen;
     layout.LayIcons(header, icon);
     layout.LayScreens(header, screen);
     return layout;

@@ -38,6 +38,8 @@ public:
         Pack::PackHeader const& header, ImageGeometry const& icon, ImageGeometry const& screen);
 
     std::vector<Image> const& Images() const { return _images; }
+    ImageGeometry const& IconGeometry() const { return _icon; }
+    ImageGeometry const& ScreenGeometry() const { return _screen; }
     std::size_t IconSectors() const { return _iconSectors; }
     std::size_t ScreenSectors() const { return _screenSectors; }
     // File sectors of the layout, the header sector included.
@@ -51,6 +53,8 @@ private:
     std::string NameOf(std::size_t position, Pack::PackHeader const& header) const;
 
     std::vector<Image> _images;
+    ImageGeometry _icon { 1, 1 };
+    ImageGeometry _screen { 1, 1 };
     std::size_t _iconSectors = 0;
     std::size_t _screenSectors = 0;
     bool _complete = true;

@@ -12,20 +12,10 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 using Zar::ResourcesLibrary::Pack::PackFormat;
 using Zar::ResourcesLibrary::Pack::PackHeader;
 
-namespace {
-
-void PrintVersion(std::ostream& out, Zar::Lt::Core::Version32 version)
-{
-    out << unsigned(version.Major()) << '.' << unsigned(version.Minor()) << '.' << unsigned(version.Patch())
-        << '.' << unsigned(version.Build());
-}
-
-} // namespace
-
 std::size_t PackLister::List(
     PackFile const& pack, ImageGeometry const& icon, ImageGeometry const& screen, std::ostream& out)
 {
-    if (!pack.HasHeader() || !pack.Header().HasMagic() || !pack.Header().HasKnownFormat()) {
+    if (!pack.IsPack()) {
         out << "problem: not a pack: no header sector with the magic \"ZAR\" and the format word 0.5.1.0\n";
         return 1;
     }
@@ -34,10 +24,8 @@ std::size_t PackLister::List(
     PrintImages(layout, out);
 
     std::size_t problems = 0;
-    if (layout.FileSectors() != pack.SectorCount()) {
-        out << "problem: the geometry --icon " << icon.ToString() << " --screen " << screen.ToString()
-            << " lays " << layout.FileSectors() << " sectors out, the file holds " << pack.SectorCount()
-            << ": the geometry is probably not the pack's\n";
+    if (auto const problem = GeometryProblem(pack, layout, icon, screen)) {
+        out << "problem: " << *problem << '\n';
         ++problems;
     }
     for (auto const& problem : pack.Header()._nameProblems) {
@@ -45,6 +33,22 @@ std::size_t PackLister::List(
         ++problems;
     }
     return problems;
+}
+
+std::optional<std::string> PackLister::GeometryProblem(
+    PackFile const& pack, PackLayout const& layout, ImageGeometry const& icon, ImageGeometry const& screen)
+{
+    if (layout.FileSectors() == pack.SectorCount())
+        return std::nullopt;
+    return "the geometry --icon " + icon.ToString() + " --screen " + screen.ToString() + " lays "
+        + std::to_string(layout.FileSectors()) + " sectors out, the file holds "
+        + std::to_string(pack.SectorCount()) + ": the geometry is probably not the pack's";
+}
+
+std::string PackLister::VersionText(Zar::Lt::Core::Version32 version)
+{
+    return std::to_string(version.Major()) + "." + std::to_string(version.Minor()) + "."
+        + std::to_string(version.Patch()) + "." + std::to_string(version.Build());
 }
 
 void PackLister::PrintSummary(PackFile const& pack, PackLayout const& layout, ImageGeometry const& icon,
@@ -55,12 +59,10 @@ void PackLister::PrintSummary(PackFile const& pack, PackLayout const& layout, Im
     std::size_t const freeSectors
         = usedSectors < PackFormat::kStoreSectors ? PackFormat::kStoreSectors - usedSectors : 0;
 
-    out << "version       ";
-    PrintVersion(out, header._version);
-    out << "\nformat        ";
-    PrintVersion(out, Zar::Lt::Core::Version32(header._format));
-    out << "\nfirst sector  " << header._firstSector << "\nicons         " << header._iconCount << " ("
-        << icon.ToString() << ", " << icon.Size() << " bytes each, " << layout.IconSectors() << " sectors)"
+    out << "version       " << VersionText(header._version) << "\nformat        "
+        << VersionText(Zar::Lt::Core::Version32(header._format)) << "\nfirst sector  " << header._firstSector
+        << "\nicons         " << header._iconCount << " (" << icon.ToString() << ", " << icon.Size()
+        << " bytes each, " << layout.IconSectors() << " sectors)"
         << "\nscreens       " << header._screenCount << " (" << screen.ToString() << ", " << screen.Size()
         << " bytes each, " << layout.ScreenSectors() << " sectors)"
         << "\nstore         " << usedSectors << " of " << PackFormat::kStoreSectors << " sectors used ("

@@ -4,7 +4,11 @@
 #include "PackFile.h"
 #include "PackLayout.h"
 
+#include "Zar/Lt/Core/Version32.h"
+
 #include <iosfwd>
+#include <optional>
+#include <string>
 
 namespace Zar::ResourcesLibrary::Tools::Inspect {
 
@@ -16,6 +20,13 @@ public:
     // file); 0 when the listing is sound.
     static std::size_t List(
         PackFile const& pack, ImageGeometry const& icon, ImageGeometry const& screen, std::ostream& out);
+
+    // Why the layout that the geometry gives is not the file's, if it is not: the pack does not
+    // record its image sizes, so a wrong --icon or --screen shows only here.
+    static std::optional<std::string> GeometryProblem(PackFile const& pack, PackLayout const& layout,
+        ImageGeometry const& icon, ImageGeometry const& screen);
+    // "1.2.3.4".
+    static std::string VersionText(Zar::Lt::Core::Version32 version);
 
 private:
     static void PrintSummary(PackFile const& pack, PackLayout const& layout, ImageGeometry const& icon,

@@ -1,6 +1,7 @@
 #include "CommandLine.h"
 
 #include "ContactSheet.h"
+#include "DiffSheet.h"
 #include "FileContents.h"
 #include "PackFile.h"
 #include "PackLayout.h"
@@ -32,6 +33,7 @@ using Zar::Lt::Core::ScratchFolder;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
 using Zar::ResourcesLibrary::Tools::Inspect::CommandLine;
 using Zar::ResourcesLibrary::Tools::Inspect::ContactSheet;
+using Zar::ResourcesLibrary::Tools::Inspect::DiffSheet;
 using Zar::ResourcesLibrary::Tools::Inspect::ImageGeometry;
 using Zar::ResourcesLibrary::Tools::Inspect::PackFile;
 using Zar::ResourcesLibrary::Tools::Inspect::PackLayout;
@@ -156,9 +158,10 @@ TEST(CommandLineTest, ShowsHelpAndVersion)
 
 TEST(CommandLineTest, EveryCommandHasItsHelp)
 {
-    std::pair<char const*, char const*> const commands[]
+    std::pair<char const*, std::string> const commands[]
         = { { "verify", CommandLine::VerifyHelp() }, { "list", CommandLine::ListHelp() },
-              { "render", CommandLine::RenderHelp() }, { "check", CommandLine::CheckHelp() } };
+              { "render", CommandLine::RenderHelp() }, { "check", CommandLine::CheckHelp() },
+              { "extract", CommandLine::ExtractHelp() }, { "diff", CommandLine::DiffHelp() } };
     for (auto const& [command, help] : commands) {
         for (std::string const option : { "--help", "-h" }) {
             auto const result = Inspect({ command, option });
@@ -171,7 +174,7 @@ TEST(CommandLineTest, EveryCommandHasItsHelp)
 
 TEST(CommandLineTest, CommandsRefuseUnknownOptions)
 {
-    for (char const* command : { "verify", "list", "render", "check" }) {
+    for (char const* command : { "verify", "list", "render", "check", "extract", "diff" }) {
         auto const result = Inspect({ command, "--frobnicate" });
         EXPECT_EQ(result._status, 2) << command;
         EXPECT_EQ(
@@ -313,6 +316,180 @@ TEST(CommandLineTest, RenderReportsAnOutputItCannotWrite)
     auto const result = Inspect({ "render", folder.Path(), "-o", png });
     EXPECT_EQ(result._status, 2);
     EXPECT_EQ(result._err, "packinspect render: cannot write " + png + "\n");
+}
+
+TEST(CommandLineTest, HelpsDeriveThePackNumbersFromTheFormat)
+{
+    EXPECT_THAT(CommandLine::VerifyHelp(), HasSubstr("whole 4096-byte\nsectors"));
+    EXPECT_THAT(CommandLine::VerifyHelp(), HasSubstr("screen sectors at 247 and"));
+    EXPECT_THAT(CommandLine::VerifyHelp(), HasSubstr("names area within its 3552 bytes"));
+    EXPECT_THAT(CommandLine::ListHelp(), HasSubstr("free of the 256-sector store"));
+    EXPECT_THAT(CommandLine::ExtractHelp(), HasSubstr("frame over the same pixels"));
+    EXPECT_THAT(CommandLine::DiffHelp(), HasSubstr("2 on trouble"));
+}
+
+TEST(CommandLineTest, ExtractNeedsOnePackAndAFolder)
+{
+    EXPECT_EQ(Inspect({ "extract", "-o", "out" })._err,
+        UsageText("packinspect extract", "the pack file is missing"));
+    EXPECT_EQ(Inspect({ "extract", "a", "b", "-o", "out" })._err,
+        UsageText("packinspect extract", "one pack file at a time"));
+    auto const noFolder = Inspect({ "extract", "oled.pack" });
+    EXPECT_EQ(noFolder._status, 2);
+    EXPECT_EQ(
+        noFolder._err, UsageText("packinspect extract", "the output folder is missing: give it with -o DIR"));
+    EXPECT_EQ(Inspect({ "extract", "oled.pack", "--output" })._err,
+        UsageText("packinspect extract", "option '--output' needs a value"));
+    EXPECT_EQ(Inspect({ "extract", "--icon=0x1", "oled.pack", "-o", "out" })._err,
+        UsageText("packinspect extract", "a size is WxH, two numbers from 1 to 65535: '0x1' is not"));
+}
+
+TEST(CommandLineTest, ExtractWritesTheTreeAndPrintsTheRebuild)
+{
+    PackFolder const folder(BuildPack(WorkedExample()));
+    std::string const out = folder.In("tree");
+    auto const result = Inspect({ "extract", folder.Path(), "--output", out });
+    EXPECT_EQ(result._status, 0) << result._err;
+    EXPECT_EQ(result._out,
+        "wrote 12 icons and 1 screens to " + out + "/bmp\nrebuild the pack in " + out
+            + " with (also in rebuild.sh):\npackager version 1.2.3.4 sector 12\n");
+    EXPECT_EQ(ReadText(folder.In("tree/bmp/screens/list.txt")), "Screen0.bmp\n");
+    EXPECT_TRUE(std::filesystem::exists(folder.In("tree/bmp/icons/Icon11.bmp")));
+}
+
+TEST(CommandLineTest, ExtractRefusesAFolderThatIsNotEmptyUnlessForced)
+{
+    PackFolder const folder(BuildPack(WorkedExample()));
+    std::string const out = folder.In("tree");
+    WriteFile(folder.In("tree/notes.txt"), "mine\n");
+    auto const refused = Inspect({ "extract", folder.Path(), "-o", out });
+    EXPECT_EQ(refused._status, 1);
+    EXPECT_EQ(refused._err, "packinspect extract: " + out + " is not empty; give --force to write into it\n");
+    EXPECT_FALSE(std::filesystem::exists(folder.In("tree/bmp")));
+
+    auto const forced = Inspect({ "extract", "--force", folder.Path(), "-o", out });
+    EXPECT_EQ(forced._status, 0) << forced._err;
+    EXPECT_TRUE(std::filesystem::exists(folder.In("tree/bmp/icons/list.txt")));
+    EXPECT_EQ(ReadText(folder.In("tree/notes.txt")), "mine\n");
+}
+
+TEST(CommandLineTest, ExtractRefusesNamesBeforeWritingAnything)
+{
+    struct Case {
+        std::vector<std::string> _names;
+        std::string _message;
+    };
+    std::vector<std::string> twice { "Play", "Stop", "Play" };
+    std::vector<std::string> slash { "Play", "icons/Stop", "Next" };
+    std::vector<std::string> blank { "Play", "", "Next" };
+    Case const cases[] = { { twice, "two images are named Play: their files would be one" },
+        { slash, "the image name 'icons/Stop' cannot be a file name: it holds '/' or a NUL byte" },
+        { blank, "an image has no name" } };
+    for (auto const& [names, message] : cases) {
+        TestSupport::PackContents contents;
+        for (uint8_t k = 0; k < 3; ++k)
+            contents._icons.push_back(Pattern(384, k));
+        contents._names = names;
+        PackFolder const folder(BuildPack(contents));
+        auto const result = Inspect({ "extract", folder.Path(), "-o", folder.In("tree") });
+        EXPECT_EQ(result._status, 1) << message;
+        EXPECT_EQ(result._err, "packinspect extract: " + folder.Path() + ": " + message + "\n");
+        EXPECT_FALSE(std::filesystem::exists(folder.In("tree"))) << message;
+    }
+}
+
+TEST(CommandLineTest, ExtractRefusesWrongSizesWithTheMessageOfList)
+{
+    PackFolder const folder(BuildPack(WorkedExample()));
+    auto const extract = Inspect({ "extract", "--icon=16x16", folder.Path(), "-o", folder.In("tree") });
+    auto const list = Inspect({ "list", "--icon=16x16", folder.Path() });
+    std::string const message
+        = "the geometry --icon 16x16 --screen 256x64 lays 4 sectors out, the file holds 5: "
+          "the geometry is probably not the pack's";
+    EXPECT_EQ(extract._status, 1);
+    EXPECT_EQ(extract._err, "packinspect extract: " + folder.Path() + ": " + message + "\n");
+    EXPECT_THAT(list._out, HasSubstr("problem: " + message + "\n"));
+    EXPECT_FALSE(std::filesystem::exists(folder.In("tree")));
+}
+
+TEST(CommandLineTest, ExtractRefusesWhatIsNotAPack)
+{
+    PackFolder const folder(Bytes(8192, 0));
+    auto const result = Inspect({ "extract", folder.Path(), "-o", folder.In("tree") });
+    EXPECT_EQ(result._status, 1);
+    EXPECT_EQ(result._err,
+        "packinspect extract: " + folder.Path()
+            + ": not a pack: no header sector with the magic \"ZAR\" and the format word 0.5.1.0\n");
+}
+
+TEST(CommandLineTest, DiffNeedsTwoPacks)
+{
+    for (std::vector<std::string> const& arguments :
+        { std::vector<std::string> { "diff", "a" }, std::vector<std::string> { "diff", "a", "b", "c" } }) {
+        auto const result = Inspect(arguments);
+        EXPECT_EQ(result._status, 2);
+        EXPECT_EQ(result._err,
+            UsageText("packinspect diff", "two pack files are needed, the old one and the new one"));
+    }
+    EXPECT_EQ(Inspect({ "diff", "a", "b", "--png=" })._err,
+        UsageText("packinspect diff", "the PNG file name is empty"));
+}
+
+TEST(CommandLineTest, DiffExitsLikeCmp)
+{
+    auto bytes = BuildPack(WorkedExample());
+    PackFolder const oldFolder(bytes);
+    PackFolder const same(bytes);
+    auto const equal = Inspect({ "diff", oldFolder.Path(), same.Path() });
+    EXPECT_EQ(equal._status, 0);
+    EXPECT_EQ(equal._out, "old " + oldFolder.Path() + "\nnew " + same.Path() + "\nthe packs are equal\n");
+
+    auto contents = WorkedExample();
+    contents._version = 0x01020305;
+    PackFolder const newer(BuildPack(contents));
+    auto const differ = Inspect({ "diff", oldFolder.Path(), newer.Path() });
+    EXPECT_EQ(differ._status, 1);
+    EXPECT_THAT(differ._out, HasSubstr("header   version 1.2.3.4 -> 1.2.3.5\n"));
+
+    PackFolder const notAPack(Bytes(4096, 0));
+    auto const trouble = Inspect({ "diff", oldFolder.Path(), notAPack.Path() });
+    EXPECT_EQ(trouble._status, 2);
+    EXPECT_EQ(trouble._err, "packinspect diff: " + notAPack.Path() + " is not a pack\n");
+
+    // Both packs are checked, so that the one command names every file that does not fit.
+    auto const wrongSize = Inspect({ "diff", "--icon", "16x16", oldFolder.Path(), same.Path() });
+    EXPECT_EQ(wrongSize._status, 2);
+    std::string const message
+        = ": the geometry --icon 16x16 --screen 256x64 lays 4 sectors out, the file holds 5: "
+          "the geometry is probably not the pack's\n";
+    EXPECT_EQ(wrongSize._err,
+        "packinspect diff: " + oldFolder.Path() + message + "packinspect diff: " + same.Path() + message);
+}
+
+TEST(CommandLineTest, DiffDrawsTheChangedImages)
+{
+    auto contents = WorkedExample();
+    PackFolder const oldFolder(BuildPack(contents));
+    contents._icons[2][0] ^= 0xF0; // the top left pixel of Icon2, from one level to its complement
+    PackFolder const newFolder(BuildPack(contents));
+    std::string const png = newFolder.In("diff.png");
+    auto const result = Inspect({ "diff", oldFolder.Path(), newFolder.Path(), "--png", png });
+    EXPECT_EQ(result._status, 1) << result._err;
+    EXPECT_THAT(result._out, HasSubstr("changed  icon    Icon2  (sector 12 offset 768)\n"));
+    EXPECT_THAT(result._out, testing::EndsWith("wrote " + png + "\n"));
+    QImage const image(QString::fromStdString(png));
+    ASSERT_FALSE(image.isNull());
+    int const top = ContactSheet::kTitleHeight + ContactSheet::kMargin;
+    int const panel = 32 * ContactSheet::kScale + ContactSheet::kMargin;
+    uint8_t const oldLevel = static_cast<uint8_t>(BuildPack(WorkedExample())[4096 + 768] >> 4);
+    auto const pixel = [&](int panelIndex, int x) {
+        return image.pixel(
+            ContactSheet::kMargin + panelIndex * panel + x * ContactSheet::kScale + 1, top + 1);
+    };
+    EXPECT_EQ(pixel(0, 0), ContactSheet::Grey(oldLevel));
+    EXPECT_EQ(pixel(1, 0), ContactSheet::Grey(static_cast<uint8_t>(oldLevel ^ 0x0F)));
+    EXPECT_EQ(pixel(2, 0), DiffSheet::DifferenceColour(oldLevel, static_cast<uint8_t>(oldLevel ^ 0x0F)));
+    EXPECT_EQ(pixel(2, 1), DiffSheet::kUnchanged);
 }
 
 TEST(CommandLineTest, CheckRefusesABadSectorAndTwoFolders)
@@ -458,6 +635,27 @@ TEST(EndToEndTest, RenderDrawsTheDecodedLevels)
             }
         EXPECT_EQ(mismatches, 0) << cell._image._name;
     }
+}
+
+TEST(EndToEndTest, ExtractThenPackagerRebuildsTheExample)
+{
+    ExampleRun const run;
+    ASSERT_EQ(run.Packager().exitCode, 0) << run.Packager().output;
+    auto const extract = run.Inspect("extract oled.pack -o rebuilt");
+    ASSERT_EQ(extract.exitCode, 0) << extract.output;
+    std::smatch command;
+    ASSERT_TRUE(std::regex_search(
+        extract.output, command, std::regex("\npackager (version [0-9.]+ sector [0-9]+)\n")));
+    auto const rebuild
+        = RunShellCommand(ShellQuoted(PackagerPath()) + " " + command[1].str(), run.Folder() / "rebuilt");
+    EXPECT_EQ(rebuild.output, run.Packager().output);
+    for (char const* file :
+        { "oled.pack", "Icons.h", "Icons.py", "commands.py", "IconsHelper.cpp", "Screens.h", "Screens.py" })
+        EXPECT_TRUE(ReadBytes(run.Folder() / "rebuilt" / file) == ReadBytes(run.Folder() / file)) << file;
+
+    auto const same = run.Inspect("diff oled.pack rebuilt/oled.pack");
+    EXPECT_EQ(same.exitCode, 0) << same.output;
+    EXPECT_THAT(same.output, testing::EndsWith("the packs are equal\n"));
 }
 
 TEST(EndToEndTest, CheckPassesTheExamples)

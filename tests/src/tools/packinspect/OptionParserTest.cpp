@@ -49,6 +49,22 @@ TEST(OptionParserTest, DoubleDashEndsTheOptions)
     EXPECT_EQ(parser.Operands(), (std::vector<std::string> { "--help", "-o" }));
 }
 
+TEST(OptionParserTest, OptionsMayFollowTheOperands)
+{
+    auto parser = MakeParser();
+    ASSERT_TRUE(parser.Parse({ "pack", "-o", "out.png", "other" }));
+    EXPECT_EQ(parser.Value("output"), "out.png");
+    EXPECT_EQ(parser.Operands(), (std::vector<std::string> { "pack", "other" }));
+}
+
+TEST(OptionParserTest, ShortSwitchesRunTogether)
+{
+    OptionParser parser({ { "help", 'h', false }, { "verbose", 'v', false } });
+    ASSERT_TRUE(parser.Parse({ "-vh" }));
+    EXPECT_TRUE(parser.Has("help"));
+    EXPECT_TRUE(parser.Has("verbose"));
+}
+
 TEST(OptionParserTest, ALoneDashIsAnOperand)
 {
     auto parser = MakeParser();
@@ -89,7 +105,8 @@ TEST(OptionParserTest, RefusesAValueForASwitch)
     auto parser = MakeParser();
     EXPECT_FALSE(parser.Parse({ "--help=yes" }));
     EXPECT_EQ(parser.Error(), "option '--help' takes no value");
+    // A switch's short name runs on into the next one, as with getopt: here an unknown -x.
     auto shortParser = MakeParser();
     EXPECT_FALSE(shortParser.Parse({ "-hx" }));
-    EXPECT_EQ(shortParser.Error(), "option '-h' takes no value");
+    EXPECT_EQ(shortParser.Error(), "unknown option '-x'");
 }

@@ -1,0 +1,81 @@
+#include "BmpFile.h"
+
+#include "Zar/Lt/Exceptions/Check.h"
+#include "Zar/ResourcesLibrary/Image/ImageInfo.h"
+#include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
+
+#include <fstream>
+
+namespace Zar::ResourcesLibrary::Tools::Inspect {
+
+namespace {
+
+constexpr uint16_t kMagic = 0x4D42; // "BM"
+constexpr uint16_t kBitsPerPixel = 4;
+
+void Put16(std::vector<uint8_t>& out, uint16_t value)
+{
+    out.push_back(static_cast<uint8_t>(value));
+    out.push_back(static_cast<uint8_t>(value >> 8));
+}
+
+void Put32(std::vector<uint8_t>& out, uint32_t value)
+{
+    for (int shift = 0; shift < 32; shift += 8)
+        out.push_back(static_cast<uint8_t>(value >> shift));
+}
+
+} // namespace
+
+bool BmpFile::IsReadBackWhole(ImageGeometry const& geometry)
+{
+    return Zar::ResourcesLibrary::Image::ImageInfo::RoundedDownStrideOf(
+               static_cast<int32_t>(geometry.Width()), kBitsPerPixel)
+        == geometry.Stride();
+}
+
+std::vector<uint8_t> BmpFile::Gray4(ImageGeometry const& geometry, std::span<uint8_t const> pixels)
+{
+    ZAR_PRECONDITION(IsReadBackWhole(geometry));
+    ZAR_PRECONDITION(pixels.size() >= geometry.Size());
+    auto const dataSize = static_cast<uint32_t>(geometry.Size());
+    std::vector<uint8_t> bytes;
+    bytes.reserve(kPixelDataOffset + dataSize);
+    Put16(bytes, kMagic);
+    Put32(bytes, static_cast<uint32_t>(kPixelDataOffset + dataSize));
+    Put32(bytes, 0); // the two reserved words
+    Put32(bytes, static_cast<uint32_t>(kPixelDataOffset));
+
+    Put32(bytes, static_cast<uint32_t>(kInfoHeaderSize));
+    Put32(bytes, geometry.Width());
+    Put32(bytes, geometry.Height()); // positive: the bottom row comes first
+    Put16(bytes, 1); // planes
+    Put16(bytes, kBitsPerPixel);
+    Put32(bytes, 0); // no compression
+    Put32(bytes, dataSize);
+    Put32(bytes, kPixelsPerMeter);
+    Put32(bytes, kPixelsPerMeter);
+    Put32(bytes, static_cast<uint32_t>(kPaletteEntries));
+    Put32(bytes, 0); // every colour is important
+
+    for (uint8_t level = 0; level < kPaletteEntries; ++level) {
+        uint8_t const grey = GreyOf(level);
+        bytes.insert(bytes.end(), { grey, grey, grey, 0 }); // blue, green, red, reserved
+    }
+    for (uint32_t row = geometry.Height(); row-- > 0;) {
+        auto const line = pixels.subspan(row * geometry.Stride(), geometry.Stride());
+        bytes.insert(bytes.end(), line.begin(), line.end());
+    }
+    return bytes;
+}
+
+void BmpFile::Save(std::string const& path, std::vector<uint8_t> const& bytes)
+{
+    std::ofstream stream(path, std::ios::binary | std::ios::trunc);
+    stream.write(reinterpret_cast<char const*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    stream.close();
+    if (!stream)
+        throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Cannot write " + path);
+}
+
+} // namespace Zar::ResourcesLibrary::Tools::Inspect
