@@ -9,6 +9,8 @@
 //   std::vector<uint8_t> bytes = bmp.Bytes();
 //
 // The benchmarks and the fuzz targets build their files with it too (Zar::TestSupport).
+// packinspect's BmpFile writes the valid 4-bit grey case for real; this builder stays apart on
+// purpose, since it must write every lying field, and packinspect's tests check BmpFile against it.
 
 #include <cstdint>
 #include <optional>

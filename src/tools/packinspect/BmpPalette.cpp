@@ -1,5 +1,7 @@
 #include "BmpPalette.h"
 
+#include "BmpFile.h"
+
 #include <array>
 #include <cstdint>
 #include <fstream>
@@ -8,9 +10,9 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 
 namespace {
 
-constexpr std::size_t kFileHeaderSize = 14;
-constexpr std::size_t kInfoHeaderSize = 40;
-constexpr std::size_t kEntries = 16;
+constexpr std::size_t kFileHeaderSize = BmpFile::kFileHeaderSize;
+constexpr std::size_t kInfoHeaderSize = BmpFile::kInfoHeaderSize;
+constexpr std::size_t kEntries = BmpFile::kPaletteEntries;
 
 uint32_t U32(uint8_t const* p)
 {
@@ -27,10 +29,10 @@ bool ReadAt(std::ifstream& stream, uint64_t offset, uint8_t* into, std::size_t s
     return stream.gcount() == static_cast<std::streamsize>(size);
 }
 
-bool MatchesRamp(std::array<uint8_t, kEntries * 4> const& palette, bool descending)
+bool MatchesRamp(std::array<uint8_t, kEntries * BmpFile::kPaletteEntrySize> const& palette, bool descending)
 {
     for (std::size_t k = 0; k < kEntries; ++k) {
-        uint8_t const* entry = &palette[k * 4];
+        uint8_t const* entry = &palette[k * BmpFile::kPaletteEntrySize];
         if (entry[0] != entry[1] || entry[1] != entry[2])
             return false;
         int const level = descending ? 15 - static_cast<int>(k) : static_cast<int>(k);
@@ -60,7 +62,7 @@ BmpPalette::Kind BmpPalette::Classify(std::string const& path)
 
     // All 16 entries must lie inside the header block, before the pixel data.
     uint64_t const paletteOffset = kFileHeaderSize + static_cast<uint64_t>(infoSize);
-    std::array<uint8_t, kEntries * 4> palette {};
+    std::array<uint8_t, kEntries * BmpFile::kPaletteEntrySize> palette {};
     if (paletteOffset + palette.size() > dataOffset
         || !ReadAt(stream, paletteOffset, palette.data(), palette.size()))
         return Kind::Other;

@@ -422,6 +422,27 @@ TEST(CommandLineTest, ExtractRefusesWhatIsNotAPack)
             + ": not a pack: no header sector with the magic \"ZAR\" and the format word 0.5.1.0\n");
 }
 
+TEST(CommandLineTest, ExtractAndDiffRefuseTruncatedAndLyingPacks)
+{
+    auto const good = BuildPack(WorkedExample());
+    auto truncated = good;
+    truncated.resize(3 * 4096 + 100);
+    auto lying = good;
+    lying[16] = 0xFF; // an icon count of 255, far more than the file holds
+    lying[17] = 0xFF;
+    PackFolder const sound(good);
+    for (auto const& bytes : { truncated, lying }) {
+        PackFolder const folder(bytes);
+        auto const extract = Inspect({ "extract", folder.Path(), "-o", folder.In("tree") });
+        EXPECT_EQ(extract._status, 1);
+        EXPECT_THAT(extract._err, HasSubstr(": the geometry is probably not the pack's\n"));
+        EXPECT_FALSE(std::filesystem::exists(folder.In("tree")));
+        auto const diff = Inspect({ "diff", sound.Path(), folder.Path() });
+        EXPECT_EQ(diff._status, 2);
+        EXPECT_THAT(diff._err, HasSubstr(": the geometry is probably not the pack's\n"));
+    }
+}
+
 TEST(CommandLineTest, DiffNeedsTwoPacks)
 {
     for (std::vector<std::string> const& arguments :
