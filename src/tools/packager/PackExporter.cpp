@@ -258,18 +258,26 @@ void PackExporter::ProcessScreen(int, string_view const& name, MutableImage& ima
     ++_screensCount;
 }
 
+template <class Output>
+std::ofstream PackExporter::WriteEnumerationFile(std::string const& fileName,
+    Zar::Lt::Exceptions::SourceInfo const& source, EnumerationOption const& option, int offset) const
+{
+    auto file = CreateOutputFile(fileName, source);
+    Output output(file, option);
+    WriteEnumeration(output, offset);
+    return file;
+}
+
 void PackExporter::WriteCEnumerationFile(EnumerationOption const& option, int offset)
 {
-    auto file = CreateOutputFile(option.name + "s.h", ZAR_SOURCE_INFO_LINE(kCEnumerationLine));
-    CppEnumerationOutput output(file, option);
-    WriteEnumeration(output, offset);
+    WriteEnumerationFile<CppEnumerationOutput>(
+        option.name + "s.h", ZAR_SOURCE_INFO_LINE(kCEnumerationLine), option, offset);
 }
 
 void PackExporter::WritePythonEnumerationFile(EnumerationOption const& option, int offset)
 {
-    auto file = CreateOutputFile(option.name + "s.py", ZAR_SOURCE_INFO_LINE(kPythonEnumerationLine));
-    PythonEnumerationOutput output(file, option);
-    WriteEnumeration(output, offset);
+    auto file = WriteEnumerationFile<PythonEnumerationOutput>(
+        option.name + "s.py", ZAR_SOURCE_INFO_LINE(kPythonEnumerationLine), option, offset);
     // Lets a test script print the numbers it will use.
     std::string const lower = Zar::Lt::Core::ToLower(std::string_view(option.name));
     file << "value_names = [(" << lower << ".value, " << lower << ".name) for " << lower << " in "
@@ -278,16 +286,14 @@ void PackExporter::WritePythonEnumerationFile(EnumerationOption const& option, i
 
 void PackExporter::WritePythonCommandFile(EnumerationOption const& option, int offset)
 {
-    auto file = CreateOutputFile("commands.py", ZAR_SOURCE_INFO_LINE(kCommandsLine));
-    PythonCommandsOutput output(file, option);
-    WriteEnumeration(output, offset);
+    WriteEnumerationFile<PythonCommandsOutput>(
+        "commands.py", ZAR_SOURCE_INFO_LINE(kCommandsLine), option, offset);
 }
 
 void PackExporter::WritHelperEnumerationFile(EnumerationOption const& option, int offset)
 {
-    auto file = CreateOutputFile(option.name + "sHelper.cpp", ZAR_SOURCE_INFO_LINE(kHelperLine));
-    HelperEnumerationOutput output(file, option);
-    WriteEnumeration(output, offset);
+    WriteEnumerationFile<HelperEnumerationOutput>(
+        option.name + "sHelper.cpp", ZAR_SOURCE_INFO_LINE(kHelperLine), option, offset);
 }
 
 void PackExporter::WriteIconsEnumerationFile()

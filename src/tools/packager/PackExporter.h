@@ -85,6 +85,10 @@ private:
     std::ofstream CreateOutputFile(
         std::string const& fileName, Zar::Lt::Exceptions::SourceInfo const& source) const;
     void WriteEnumeration(EnumerationOutput& output, int offset) const;
+    // Creates the file and writes it through an Output writer; returns it open for what follows.
+    template <class Output>
+    std::ofstream WriteEnumerationFile(std::string const& fileName,
+        Zar::Lt::Exceptions::SourceInfo const& source, EnumerationOption const& option, int offset) const;
     void WritePadding(int count);
     void PrintSummary() const;
     void PrintCrcLine() const;

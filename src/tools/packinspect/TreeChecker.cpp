@@ -23,10 +23,7 @@
 
 namespace Zar::ResourcesLibrary::Tools::Inspect {
 
-using Zar::ResourcesLibrary::Image::FileFormat;
-using Zar::ResourcesLibrary::Image::FileFormatHelper;
-using Zar::ResourcesLibrary::Image::InputSequence;
-using Zar::ResourcesLibrary::Image::MutableImage;
+using namespace Zar::ResourcesLibrary::Image;
 using Zar::ResourcesLibrary::Pack::PackFormat;
 
 namespace {

@@ -15,10 +15,7 @@
 #include <string>
 
 using Zar::ResourcesLibrary::ResourcesLibraryException;
-using Zar::ResourcesLibrary::Image::ImageFormat;
-using Zar::ResourcesLibrary::Image::ImageFormatHelper;
-using Zar::ResourcesLibrary::Image::ImageInfo;
-using Zar::ResourcesLibrary::Image::MutableImage;
+using namespace Zar::ResourcesLibrary::Image;
 using Zar::ResourcesLibrary::Image::BmpInternal::BITMAPFILEHEADER;
 using Zar::ResourcesLibrary::Image::BmpInternal::BITMAPINFOHEADER;
 

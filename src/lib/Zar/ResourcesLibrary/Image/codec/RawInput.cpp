@@ -11,10 +11,7 @@
 #include <vector>
 
 using Zar::ResourcesLibrary::ResourcesLibraryException;
-using Zar::ResourcesLibrary::Image::ImageFormat;
-using Zar::ResourcesLibrary::Image::ImageFormatHelper;
-using Zar::ResourcesLibrary::Image::ImageInfo;
-using Zar::ResourcesLibrary::Image::MutableImage;
+using namespace Zar::ResourcesLibrary::Image;
 
 namespace {
 
