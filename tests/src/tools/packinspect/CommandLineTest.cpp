@@ -513,6 +513,15 @@ TEST(CommandLineTest, DiffDrawsTheChangedImages)
     EXPECT_EQ(pixel(2, 1), DiffSheet::kUnchanged);
 }
 
+TEST(CommandLineTest, DiffReportsAPngItCannotWrite)
+{
+    PackFolder const folder(BuildPack(WorkedExample()));
+    std::string const png = folder.In("missing-folder/diff.png");
+    auto const result = Inspect({ "diff", folder.Path(), folder.Path(), "--png", png });
+    EXPECT_EQ(result._status, 2);
+    EXPECT_EQ(result._err, "packinspect diff: cannot write " + png + "\n");
+}
+
 TEST(CommandLineTest, CheckRefusesABadSectorAndTwoFolders)
 {
     for (char const* sector : { "--sector=abc", "--sector=-1", "--sector=", "--sector=12x" }) {
