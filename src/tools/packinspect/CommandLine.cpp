@@ -392,7 +392,7 @@ std::string CommandLine::ListHelp()
           "the same size, and screens from --screen.\n"
           "\n"
         + GeometryHelp()
-        + "  -h, --help        show this help and exit\n"
+        + "  -h, --help          show this help and exit\n"
           "\n"
           "Exit status: 0 if the listing is sound, 1 if PACK is not a pack or the sizes do\n"
           "not fit its sectors, 2 if the command line is wrong or PACK cannot be read.\n";
@@ -407,13 +407,8 @@ std::string CommandLine::RenderHelp()
            "white), its name and value under it.\n"
            "\n"
            "  -o, --output=FILE   the PNG to write (required)\n"
-           "      --icon=WxH      icon size in pixels (default "
-        + std::string(kDefaultIcon)
-        + ")\n"
-          "      --screen=WxH    screen size in pixels (default "
-        + std::string(kDefaultScreen)
-        + ")\n"
-          "  -h, --help          show this help and exit\n"
+        + GeometryHelp()
+        + "  -h, --help          show this help and exit\n"
           "\n"
           "Text is drawn with Qt on its \"minimal\" platform with fonts enabled unless\n"
           "QT_QPA_PLATFORM says otherwise, so no display is needed.\n"
