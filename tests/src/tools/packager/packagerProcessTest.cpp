@@ -108,12 +108,13 @@ protected:
     }
 
     // Every output is the same, byte for byte, as the one the previous release wrote from the same
-    // tree (kept in the folder expected, with what it printed in stdout.txt).
+    // tree (kept as <name>.released, so that no tool takes the generated sources for the project's
+    // own, with what it printed in stdout.txt).
     void ExpectTheReleasedOutputs(std::filesystem::path const& expected, Process const& process) const
     {
-        for (char const* name : { "oled.pack", "Icons.h", "Icons.py", "IconsHelper.cpp", "commands.py",
+        for (std::string const name : { "oled.pack", "Icons.h", "Icons.py", "IconsHelper.cpp", "commands.py",
                  "Screens.h", "Screens.py" })
-            EXPECT_EQ(ReadBytes(expected / name), ReadBytes(Work() / name)) << name;
+            EXPECT_EQ(ReadBytes(expected / (name + ".released")), ReadBytes(Work() / name)) << name;
         EXPECT_EQ(ReadText(expected / "stdout.txt"), process.output);
     }
 
