@@ -68,7 +68,9 @@ std::optional<std::vector<uint8_t>> InputFile::ReadWhole(char const* path)
     // the flag changes nothing.
     Descriptor const file(::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status { };
-    if (file.Get() < 0 || ::fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size < 0
+    // A size of 0 is left to the stream as well: files of the kernel's pseudo file systems report
+    // it and still hold text.
+    if (file.Get() < 0 || ::fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size <= 0
         || static_cast<uint64_t>(status.st_size) > kWholeReadLimit)
         return std::nullopt;
     // The size comes from the file system, so the buffer holds no more than the file does. A file

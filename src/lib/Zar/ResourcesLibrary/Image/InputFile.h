@@ -22,8 +22,8 @@ public:
     // The opened file, positioned at its first byte, or nullptr when it cannot be opened.
     static std::unique_ptr<std::istream> Open(char const* path);
 
-    // The whole content of a regular file of at most kWholeReadLimit bytes; nothing for a file that
-    // cannot be opened, is not regular, is larger, or fails to read. The file is closed on return.
+    // The whole content of a regular file of 1 to kWholeReadLimit bytes; nothing for a file that
+    // cannot be opened, is not regular, is empty or larger. The file is closed on return.
     static std::optional<std::vector<uint8_t>> ReadWhole(char const* path);
 };
 

@@ -41,9 +41,20 @@ TEST(InputFileTest, AnOrdinaryFileIsReadWholeIntoMemory)
 TEST(InputFileTest, AnEmptyFileOpensAndHoldsNothing)
 {
     ScratchFolder folder;
-    auto stream = InputFile::Open(folder.Write("empty.bmp", "").c_str());
+    std::string const path = folder.Write("empty.bmp", "");
+    auto stream = InputFile::Open(path.c_str());
     ASSERT_NE(nullptr, stream);
     EXPECT_EQ("", Content(*stream));
+    EXPECT_FALSE(InputFile::ReadWhole(path.c_str()).has_value());
+}
+
+TEST(InputFileTest, APseudoFileOfSizeZeroIsStreamedWithItsText)
+{
+    // The kernel reports a size of 0 for it, yet it holds a line.
+    auto stream = InputFile::Open("/proc/self/stat");
+    ASSERT_NE(nullptr, stream);
+    EXPECT_FALSE(Content(*stream).empty());
+    EXPECT_FALSE(InputFile::ReadWhole("/proc/self/stat").has_value());
 }
 
 TEST(InputFileTest, AFileThatCannotBeOpenedGivesNoStream)
