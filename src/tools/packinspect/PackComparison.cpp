@@ -99,8 +99,11 @@ std::string Describe(PackComparison::ImageChange const& change)
 std::string SectorList(std::vector<uint64_t> const& sectors)
 {
     std::string text;
-    for (uint64_t const sector : sectors)
-        text += (text.empty() ? "" : " ") + std::to_string(sector);
+    for (uint64_t const sector : sectors) {
+        if (!text.empty())
+            text += ' ';
+        text += std::to_string(sector);
+    }
     return text;
 }
 
