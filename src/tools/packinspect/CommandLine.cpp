@@ -19,6 +19,8 @@
 #include <filesystem>
 #include <iostream>
 #include <ostream>
+#include <string_view>
+#include <utility>
 
 namespace Zar::ResourcesLibrary::Tools::Inspect {
 
@@ -354,149 +356,153 @@ std::string CommandLine::MainHelp()
 
 std::string CommandLine::VerifyHelp()
 {
-    return "Usage: packinspect verify PACK\n"
-           "Check that PACK is a sound pack: the magic and the format word, whole "
-        + std::to_string(PackFormat::kSectorSize)
-        + "-byte\n"
-          "sectors, the icon and screen counts against the names area, every CRC entry the\n"
-          "format maps (icon sectors at the first sector and on, screen sectors at "
-        + std::to_string(PackFormat::kFirstScreenSector)
-        + " and\n"
-          "on) against a CRC-16 recomputed from the file, icon sectors below "
-        + std::to_string(PackFormat::kFirstScreenSector)
-        + " and the\n"
-          "names area within its "
-        + std::to_string(PackFormat::kNamesCapacity)
-        + " bytes. Prints one line per sector (target sector,\n"
-          "file sector, CRC stored, CRC computed, OK or BAD), the problems and a verdict.\n"
-          "\n"
-          "  -h, --help  show this help and exit\n"
-          "\n"
-          "Exit status: 0 if the pack is sound, 1 if problems were found, 2 if the command\n"
-          "line is wrong or PACK cannot be read.\n";
+    return HelpText(
+        "Usage: packinspect verify PACK\n"
+        "Check that PACK is a sound pack: the magic and the format word, whole {sector size}-byte\n"
+        "sectors, the icon and screen counts against the names area, every CRC entry the\n"
+        "format maps (icon sectors at the first sector and on, screen sectors at {first screen sector} and\n"
+        "on) against a CRC-16 recomputed from the file, icon sectors below {first screen sector} and the\n"
+        "names area within its {names capacity} bytes. Prints one line per sector (target sector,\n"
+        "file sector, CRC stored, CRC computed, OK or BAD), the problems and a verdict.\n"
+        "\n"
+        "  -h, --help  show this help and exit\n"
+        "\n"
+        "Exit status: 0 if the pack is sound, 1 if problems were found, 2 if the command\n"
+        "line is wrong or PACK cannot be read.\n");
 }
 
 std::string CommandLine::ListHelp()
 {
-    return "Usage: packinspect list [OPTION]... PACK\n"
-           "Show the version, first sector and counts of PACK, the sectors and bytes used and\n"
-           "free of the "
-        + std::to_string(PackFormat::kStoreSectors)
-        + "-sector store, the use of the names area, and one line per image:\n"
-          "kind, enumerator value (icons from (first sector - 2) x "
-        + std::to_string(PackFormat::kIconsPerMappedSector)
-        + ", screens from 0),\n"
-          "target sector, offset in that sector and name.\n"
-          "\n"
-          "The pack does not record image sizes: icons are laid out from --icon, every icon\n"
-          "the same size, and screens from --screen.\n"
-          "\n"
-        + GeometryHelp()
-        + "  -h, --help          show this help and exit\n"
-          "\n"
-          "Exit status: 0 if the listing is sound, 1 if PACK is not a pack or the sizes do\n"
-          "not fit its sectors, 2 if the command line is wrong or PACK cannot be read.\n";
+    return HelpText(
+        "Usage: packinspect list [OPTION]... PACK\n"
+        "Show the version, first sector and counts of PACK, the sectors and bytes used and\n"
+        "free of the {store sectors}-sector store, the use of the names area, and one line per image:\n"
+        "kind, enumerator value (icons from (first sector - 2) x {icons per sector}, screens from 0),\n"
+        "target sector, offset in that sector and name.\n"
+        "\n"
+        "The pack does not record image sizes: icons are laid out from --icon, every icon\n"
+        "the same size, and screens from --screen.\n"
+        "\n"
+        "{size options}"
+        "  -h, --help          show this help and exit\n"
+        "\n"
+        "Exit status: 0 if the listing is sound, 1 if PACK is not a pack or the sizes do\n"
+        "not fit its sectors, 2 if the command line is wrong or PACK cannot be read.\n");
 }
 
 std::string CommandLine::RenderHelp()
 {
-    return "Usage: packinspect render [OPTION]... PACK -o FILE.png\n"
-           "Decode every icon and screen of PACK (4 bits per pixel, the left pixel in the\n"
-           "high nibble, rows padded to 4 bytes) and draw them into one PNG contact sheet:\n"
-           "each image four times its size in the display's grey levels (0 black to 15\n"
-           "white), its name and value under it.\n"
-           "\n"
-           "  -o, --output=FILE   the PNG to write (required)\n"
-        + GeometryHelp()
-        + "  -h, --help          show this help and exit\n"
-          "\n"
-          "Text is drawn with Qt on its \"minimal\" platform with fonts enabled unless\n"
-          "QT_QPA_PLATFORM says otherwise, so no display is needed.\n"
-          "\n"
-          "Exit status: 0 if every image was drawn, 1 if PACK is not a pack or images lie\n"
-          "past its end, 2 if the command line is wrong or a file cannot be read or written.\n";
+    return HelpText("Usage: packinspect render [OPTION]... PACK -o FILE.png\n"
+                    "Decode every icon and screen of PACK (4 bits per pixel, the left pixel in the\n"
+                    "high nibble, rows padded to 4 bytes) and draw them into one PNG contact sheet:\n"
+                    "each image four times its size in the display's grey levels (0 black to 15\n"
+                    "white), its name and value under it.\n"
+                    "\n"
+                    "  -o, --output=FILE   the PNG to write (required)\n"
+                    "{size options}"
+                    "  -h, --help          show this help and exit\n"
+                    "\n"
+                    "Text is drawn with Qt on its \"minimal\" platform with fonts enabled unless\n"
+                    "QT_QPA_PLATFORM says otherwise, so no display is needed.\n"
+                    "\n"
+                    "Exit status: 0 if every image was drawn, 1 if PACK is not a pack or images lie\n"
+                    "past its end, 2 if the command line is wrong or a file cannot be read or written.\n");
 }
 
 std::string CommandLine::CheckHelp()
 {
-    return "Usage: packinspect check [OPTION]... [ROOT]\n"
-           "Pack the bmp tree ROOT (default bmp/: ROOT/icons/list.txt and\n"
-           "ROOT/screens/list.txt) with packager's own loading and packing code into a\n"
-           "scratch folder, and report every image that would fail, with its index (as\n"
-           "packager numbers it: 2 for the first line of a list), name, file and reason.\n"
-           "Also warns where a 4-bit BMP's palette is neither the ascending nor the\n"
-           "descending 16-level grey ramp, where the names area or the sector space would\n"
-           "overflow, and where two list lines name the same image. Caught exceptions are\n"
-           "logged to standard error.\n"
-           "\n"
-           "      --sector=N  first icon sector, as given to packager (default "
-        + std::to_string(kDefaultSector)
-        + ")\n"
-          "  -v, --verbose   log the call stack of every caught exception as well\n"
-          "  -h, --help      show this help and exit\n"
-          "\n"
-          "Exit status: 0 if no image fails, 1 if any fails, 2 if the command line is wrong.\n";
+    return HelpText("Usage: packinspect check [OPTION]... [ROOT]\n"
+                    "Pack the bmp tree ROOT (default bmp/: ROOT/icons/list.txt and\n"
+                    "ROOT/screens/list.txt) with packager's own loading and packing code into a\n"
+                    "scratch folder, and report every image that would fail, with its index (as\n"
+                    "packager numbers it: 2 for the first line of a list), name, file and reason.\n"
+                    "Also warns where a 4-bit BMP's palette is neither the ascending nor the\n"
+                    "descending 16-level grey ramp, where the names area or the sector space would\n"
+                    "overflow, and where two list lines name the same image. Caught exceptions are\n"
+                    "logged to standard error.\n"
+                    "\n"
+                    "      --sector=N  first icon sector, as given to packager (default {default sector})\n"
+                    "  -v, --verbose   log the call stack of every caught exception as well\n"
+                    "  -h, --help      show this help and exit\n"
+                    "\n"
+                    "Exit status: 0 if no image fails, 1 if any fails, 2 if the command line is wrong.\n");
 }
 
 std::string CommandLine::ExtractHelp()
 {
-    return "Usage: packinspect extract [OPTION]... PACK -o DIR\n"
-           "Write the bmp tree that packager rebuilds PACK from: DIR/bmp/icons/ and\n"
-           "DIR/bmp/screens/, each with a list.txt in pack order and one 4-bit BMP per image\n"
-           "named after it (an ordinary uncompressed BMP with the 16-level grey ramp, black\n"
-           "first, that image programs open), and DIR/rebuild.sh. Prints the command that\n"
-           "rebuilds PACK byte for byte, and the same generated sources, when run in DIR:\n"
-           "\n"
-           "  packager version 1.2.3.4 sector 14\n"
-           "\n"
-           "Icons in a pack already carry their frame: packing them again draws the same\n"
-           "frame over the same pixels, so the rebuilt pack is the same. Every image comes\n"
-           "back as a 4-bit BMP, whatever it was drawn in; the pack and the sources do not\n"
-           "depend on that. Not recoverable from a pack: a first sector given to packager\n"
-           "above 65535 (the pack keeps its low 16 bits, the sources the whole number) and\n"
-           "the image sizes, which come from --icon and --screen as for list.\n"
-           "\n"
-           "Refused before anything is written (exit 1): what is not a pack, sizes that do\n"
-           "not fit its sectors, a name that cannot be a file name and a list line that\n"
-           "gives it back, two images of one name, images of a width of 8 k + 1 pixels\n"
-           "(packager reads such 4-bit BMP rows 4 bytes short), and a DIR that is not empty.\n"
-           "\n"
-           "  -o, --output=DIR    the folder to write (required)\n"
-           "      --force         write into DIR even if it is not empty\n"
-        + GeometryHelp()
-        + "  -h, --help          show this help and exit\n"
-          "\n"
-          "Exit status: 0 if the tree was written, 1 if PACK was refused, 2 if the command\n"
-          "line is wrong or a file cannot be read or written.\n";
+    return HelpText("Usage: packinspect extract [OPTION]... PACK -o DIR\n"
+                    "Write the bmp tree that packager rebuilds PACK from: DIR/bmp/icons/ and\n"
+                    "DIR/bmp/screens/, each with a list.txt in pack order and one 4-bit BMP per image\n"
+                    "named after it (an ordinary uncompressed BMP with the 16-level grey ramp, black\n"
+                    "first, that image programs open), and DIR/rebuild.sh. Prints the command that\n"
+                    "rebuilds PACK byte for byte, and the same generated sources, when run in DIR:\n"
+                    "\n"
+                    "  packager version 1.2.3.4 sector 14\n"
+                    "\n"
+                    "Icons in a pack already carry their frame: packing them again draws the same\n"
+                    "frame over the same pixels, so the rebuilt pack is the same. Every image comes\n"
+                    "back as a 4-bit BMP, whatever it was drawn in; the pack and the sources do not\n"
+                    "depend on that. Not recoverable from a pack: a first sector given to packager\n"
+                    "above 65535 (the pack keeps its low 16 bits, the sources the whole number) and\n"
+                    "the image sizes, which come from --icon and --screen as for list.\n"
+                    "\n"
+                    "Refused before anything is written (exit 1): what is not a pack, sizes that do\n"
+                    "not fit its sectors, a name that cannot be a file name and a list line that\n"
+                    "gives it back, two images of one name, images of a width of 8 k + 1 pixels\n"
+                    "(packager reads such 4-bit BMP rows 4 bytes short), and a DIR that is not empty.\n"
+                    "\n"
+                    "  -o, --output=DIR    the folder to write (required)\n"
+                    "      --force         write into DIR even if it is not empty\n"
+                    "{size options}"
+                    "  -h, --help          show this help and exit\n"
+                    "\n"
+                    "Exit status: 0 if the tree was written, 1 if PACK was refused, 2 if the command\n"
+                    "line is wrong or a file cannot be read or written.\n");
 }
 
 std::string CommandLine::DiffHelp()
 {
-    return "Usage: packinspect diff [OPTION]... OLD NEW\n"
-           "Compare two packs by image name. Prints one line per image added, removed,\n"
-           "changed (its pixels differ) or moved (the same pixels at another sector or\n"
-           "offset), then the header fields that changed (version, first sector, counts),\n"
-           "then the target sectors of NEW whose contents differ from OLD's at the same\n"
-           "sector, which are the ones to flash again, and their total in bytes (the header\n"
-           "sector counted when it differs). Prints \"the packs are equal\" when the files\n"
-           "are the same. Both packs are laid out from --icon and --screen.\n"
-           "\n"
-           "      --png=FILE      also draw every changed image old | new | difference, four\n"
-           "                      times its size and labelled, into a PNG\n"
-        + GeometryHelp()
-        + "  -h, --help          show this help and exit\n"
-          "\n"
-          "Exit status: 0 if the packs are equal, 1 if they differ, 2 on trouble (the\n"
-          "command line is wrong, a file cannot be read or written, a file is not a pack or\n"
-          "the sizes do not fit its sectors), as cmp and diff do.\n";
+    return HelpText("Usage: packinspect diff [OPTION]... OLD NEW\n"
+                    "Compare two packs by image name. Prints one line per image added, removed,\n"
+                    "changed (its pixels differ) or moved (the same pixels at another sector or\n"
+                    "offset), then the header fields that changed (version, first sector, counts),\n"
+                    "then the target sectors of NEW whose contents differ from OLD's at the same\n"
+                    "sector, which are the ones to flash again, and their total in bytes (the header\n"
+                    "sector counted when it differs). Prints \"the packs are equal\" when the files\n"
+                    "are the same. Both packs are laid out from --icon and --screen.\n"
+                    "\n"
+                    "      --png=FILE      also draw every changed image old | new | difference, four\n"
+                    "                      times its size and labelled, into a PNG\n"
+                    "{size options}"
+                    "  -h, --help          show this help and exit\n"
+                    "\n"
+                    "Exit status: 0 if the packs are equal, 1 if they differ, 2 on trouble (the\n"
+                    "command line is wrong, a file cannot be read or written, a file is not a pack or\n"
+                    "the sizes do not fit its sectors), as cmp and diff do.\n");
 }
 
-std::string CommandLine::GeometryHelp()
+// The help texts name the pack's numbers and the size options by placeholder, so that each reads as
+// the text it prints while the numbers come from the format's one definition.
+std::string CommandLine::HelpText(std::string text)
 {
-    return "      --icon=WxH      icon size in pixels (default " + std::string(kDefaultIcon)
-        + ")\n"
-          "      --screen=WxH    screen size in pixels (default "
-        + std::string(kDefaultScreen) + ")\n";
+    std::pair<std::string_view, std::string> const fillIns[] = {
+        { "{sector size}", std::to_string(PackFormat::kSectorSize) },
+        { "{store sectors}", std::to_string(PackFormat::kStoreSectors) },
+        { "{first screen sector}", std::to_string(PackFormat::kFirstScreenSector) },
+        { "{names capacity}", std::to_string(PackFormat::kNamesCapacity) },
+        { "{icons per sector}", std::to_string(PackFormat::kIconsPerMappedSector) },
+        { "{default sector}", std::to_string(kDefaultSector) },
+        { "{size options}",
+            "      --icon=WxH      icon size in pixels (default " + std::string(kDefaultIcon) + ")\n"
+                + "      --screen=WxH    screen size in pixels (default " + std::string(kDefaultScreen)
+                + ")\n" },
+    };
+    for (auto const& [placeholder, value] : fillIns) {
+        for (auto at = text.find(placeholder); at != std::string::npos;
+             at = text.find(placeholder, at + value.size()))
+            text.replace(at, placeholder.size(), value);
+    }
+    return text;
 }
 
 } // namespace Zar::ResourcesLibrary::Tools::Inspect

@@ -63,7 +63,7 @@ private:
     std::optional<PackLayout> DiffLayout(std::string const& path, PackFile const& pack,
         ImageGeometry const& icon, ImageGeometry const& screen);
     int UsageError(std::string const& command, std::string const& message);
-    static std::string GeometryHelp();
+    static std::string HelpText(std::string text);
 
     std::ostream& _out;
     std::ostream& _err;

@@ -172,6 +172,24 @@ TEST(CommandLineTest, EveryCommandHasItsHelp)
     }
 }
 
+TEST(CommandLineTest, HelpTextsSpellOutThePacksNumbers)
+{
+    for (std::string const& help :
+        { CommandLine::VerifyHelp(), CommandLine::ListHelp(), CommandLine::RenderHelp(),
+            CommandLine::CheckHelp(), CommandLine::ExtractHelp(), CommandLine::DiffHelp() })
+        EXPECT_EQ(help.find('{'), std::string::npos) << help;
+    EXPECT_THAT(CommandLine::VerifyHelp(), HasSubstr("whole 4096-byte\nsectors"));
+    EXPECT_THAT(CommandLine::VerifyHelp(), HasSubstr("screen sectors at 247 and\non)"));
+    EXPECT_THAT(CommandLine::VerifyHelp(), HasSubstr("names area within its 3552 bytes"));
+    EXPECT_THAT(CommandLine::ListHelp(), HasSubstr("free of the 256-sector store"));
+    EXPECT_THAT(CommandLine::ListHelp(), HasSubstr("(first sector - 2) x 10, screens from 0"));
+    EXPECT_THAT(CommandLine::CheckHelp(), HasSubstr("(default 12)\n"));
+    EXPECT_THAT(CommandLine::DiffHelp(),
+        HasSubstr("      --icon=WxH      icon size in pixels (default 32x24)\n"
+                  "      --screen=WxH    screen size in pixels (default 256x64)\n"
+                  "  -h, --help"));
+}
+
 TEST(CommandLineTest, CommandsRefuseUnknownOptions)
 {
     for (char const* command : { "verify", "list", "render", "check", "extract", "diff" }) {
