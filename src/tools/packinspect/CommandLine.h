@@ -13,13 +13,12 @@
 
 namespace Zar::ResourcesLibrary::Tools::Inspect {
 
-// The packinspect command line: picks the subcommand, parses its options and runs it. Exit codes:
-// 0 all is well, 1 problems were found, 2 the command line was wrong or a file could not be read.
+// The packinspect command line: picks the subcommand, parses its options and runs it.
 class CommandLine {
 public:
-    static constexpr int kFine = 0;
-    static constexpr int kProblemsFound = 1;
-    static constexpr int kUsage = 2;
+    // The process's exit status: all is well, problems were found, the command line was wrong or a
+    // file could not be read. Plain values, as main returns them.
+    enum ExitStatus : int { kFine = 0, kProblemsFound = 1, kUsage = 2 };
     // The first icon sector that packager takes when it is given none.
     static constexpr int32_t kDefaultSector = 12;
 
