@@ -21,23 +21,23 @@ namespace {
 Bytes IconBmp(int seed) { return Bmp4(32, 24, AscendingGreys(), Ramp(32, 24, seed)); }
 
 // A tree of the icons named, each drawn from its own seed, and two screens; edit changes it first.
-struct TreeSpec {
+struct TreeRecipe {
     std::vector<std::pair<std::string, int>> _icons;
     std::string _arguments = "version 1.0.0.0 sector 12";
     std::function<void(std::string const&, Bytes&)> _edit = [](std::string const&, Bytes&) {};
 };
 
-PackFile BuildPack(TreeSpec const& spec)
+PackFile BuildPack(TreeRecipe const& recipe)
 {
     PackagerTree tree;
-    for (auto const& [name, seed] : spec._icons) {
+    for (auto const& [name, seed] : recipe._icons) {
         Bytes bmp = IconBmp(seed);
-        spec._edit(name, bmp);
+        recipe._edit(name, bmp);
         tree.Icon(name, bmp);
     }
     tree.Screen("Home", Bmp4(256, 64, AscendingGreys(), Ramp(256, 64, 1)));
     tree.Screen("Away", Bmp4(256, 64, AscendingGreys(), Ramp(256, 64, 2)));
-    tree.Build(spec._arguments);
+    tree.Build(recipe._arguments);
     return PackFile::Load(tree.Pack());
 }
 
@@ -76,7 +76,7 @@ TEST(PackComparisonTest, IdenticalPacksAreEqual)
 TEST(PackComparisonTest, OnePixelChangedNamesTheImageAndItsSector)
 {
     auto const oldPack = BuildPack({ Icons(12) });
-    TreeSpec changed { Icons(12) };
+    TreeRecipe changed { Icons(12) };
     // Rows are stored bottom row first, 16 bytes each: this is the byte of pixels 22 and 23 in the
     // fifth row from the top, well inside the frame, so the frame does not hide the change.
     changed._edit = [](std::string const& name, Bytes& bmp) {
@@ -116,7 +116,7 @@ TEST(PackComparisonTest, AnIconAddedAtTheEnd)
 TEST(PackComparisonTest, OnlyTheVersionChanged)
 {
     auto const oldPack = BuildPack({ Icons(3) });
-    TreeSpec newer { Icons(3) };
+    TreeRecipe newer { Icons(3) };
     newer._arguments = "version 1.0.0.1 sector 12";
     auto const newPack = BuildPack(newer);
     EXPECT_EQ(Printed(oldPack, newPack),
@@ -127,7 +127,7 @@ TEST(PackComparisonTest, OnlyTheVersionChanged)
 TEST(PackComparisonTest, AnotherFirstSectorMovesEveryIconButNoScreen)
 {
     auto const oldPack = BuildPack({ Icons(2) });
-    TreeSpec moved { Icons(2) };
+    TreeRecipe moved { Icons(2) };
     moved._arguments = "version 1.0.0.0 sector 20";
     auto const newPack = BuildPack(moved);
     EXPECT_EQ(Printed(oldPack, newPack),
