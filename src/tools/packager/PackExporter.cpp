@@ -20,6 +20,7 @@
 #include <cstring>
 #include <iomanip>
 #include <ostream>
+#include <sstream>
 
 namespace Zar::ResourcesLibrary::Tools {
 
@@ -259,13 +260,28 @@ void PackExporter::ProcessScreen(int, string_view const& name, MutableImage& ima
 }
 
 template <class Output>
-std::ofstream PackExporter::WriteEnumerationFile(std::string const& fileName,
-    Zar::Lt::Exceptions::SourceInfo const& source, EnumerationOption const& option, int offset) const
+void PackExporter::WriteEnumerationFile(std::string const& fileName,
+    Zar::Lt::Exceptions::SourceInfo const& source, EnumerationOption const& option, int offset,
+    Trailer trailer) const
 {
     auto file = CreateOutputFile(fileName, source);
-    Output output(file, option);
-    WriteEnumeration(output, offset);
-    return file;
+    // The text is put together in memory and written with one write. A conversion that throws half
+    // way still leaves the text before it in the file, as a stream written piece by piece would.
+    std::ostringstream text;
+    auto const writeText = [&file, &text] {
+        std::string const bytes = text.str();
+        file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    };
+    try {
+        Output output(text, option);
+        WriteEnumeration(output, offset);
+        if (trailer != nullptr)
+            trailer(text, option);
+    } catch (...) {
+        writeText();
+        throw;
+    }
+    writeText();
 }
 
 void PackExporter::WriteCEnumerationFile(EnumerationOption const& option, int offset)
@@ -274,14 +290,18 @@ void PackExporter::WriteCEnumerationFile(EnumerationOption const& option, int of
         option.name + "s.h", ZAR_SOURCE_INFO_LINE(kCEnumerationLine), option, offset);
 }
 
+// Lets a test script print the numbers it will use.
+void PackExporter::WriteValueNames(std::ostream& out, EnumerationOption const& option)
+{
+    std::string const lower = Zar::Lt::Core::ToLower(std::string_view(option.name));
+    out << "value_names = [(" << lower << ".value, " << lower << ".name) for " << lower << " in "
+        << option.name << "]\nprint(value_names)\n";
+}
+
 void PackExporter::WritePythonEnumerationFile(EnumerationOption const& option, int offset)
 {
-    auto file = WriteEnumerationFile<PythonEnumerationOutput>(
-        option.name + "s.py", ZAR_SOURCE_INFO_LINE(kPythonEnumerationLine), option, offset);
-    // Lets a test script print the numbers it will use.
-    std::string const lower = Zar::Lt::Core::ToLower(std::string_view(option.name));
-    file << "value_names = [(" << lower << ".value, " << lower << ".name) for " << lower << " in "
-         << option.name << "]\nprint(value_names)\n";
+    WriteEnumerationFile<PythonEnumerationOutput>(
+        option.name + "s.py", ZAR_SOURCE_INFO_LINE(kPythonEnumerationLine), option, offset, &WriteValueNames);
 }
 
 void PackExporter::WritePythonCommandFile(EnumerationOption const& option, int offset)

@@ -85,10 +85,13 @@ private:
     std::ofstream CreateOutputFile(
         std::string const& fileName, Zar::Lt::Exceptions::SourceInfo const& source) const;
     void WriteEnumeration(EnumerationOutput& output, int offset) const;
-    // Creates the file and writes it through an Output writer; returns it open for what follows.
+    // What a generated file holds after its writer's text, if anything.
+    using Trailer = void (*)(std::ostream& out, EnumerationOption const& option);
+    // Creates the file and writes it through an Output writer, then the trailer.
     template <class Output>
-    std::ofstream WriteEnumerationFile(std::string const& fileName,
-        Zar::Lt::Exceptions::SourceInfo const& source, EnumerationOption const& option, int offset) const;
+    void WriteEnumerationFile(std::string const& fileName, Zar::Lt::Exceptions::SourceInfo const& source,
+        EnumerationOption const& option, int offset, Trailer trailer = nullptr) const;
+    static void WriteValueNames(std::ostream& out, EnumerationOption const& option);
     void WritePadding(int count);
     void PrintSummary() const;
     void PrintCrcLine() const;
