@@ -4,6 +4,7 @@
 #include "HelperEnumerationOutput.h"
 #include "PythonCommandsOutput.h"
 #include "PythonEnumerationOutput.h"
+#include "SelectedVariantName.h"
 
 #include "Zar/Lt/Core/Path.h"
 #include "Zar/Lt/Core/StringCollection/RawPStringArray.h"
@@ -50,7 +51,6 @@ constexpr char kProcessIconFunction[]
 
 // Names become identifiers in the generated C++ and Python sources.
 constexpr char kForbiddenNameCharacters[] = "-\".,'";
-constexpr std::string_view kSelected = "_Selected";
 
 // The exporter counts the bytes of a sector in int, as its offset member does.
 constexpr int kSectorSize = static_cast<int>(PackFormat::kSectorSize);
@@ -394,12 +394,8 @@ void PackExporter::PrintCrcLine() const
 
 bool PackExporter::IsSelectedName(string_view name)
 {
-    // Every '_' that leaves room for "Selected" after it is tested; the first match decides.
-    for (std::size_t p = 0; p + kSelected.size() <= name.size(); ++p) {
-        if (name.substr(p, kSelected.size()) == kSelected)
-            return true;
-    }
-    return false;
+    // Anywhere in the name, unlike the commands file's test, which looks only at its end.
+    return name.find(SelectedVariantName::kSuffix) != string_view::npos;
 }
 
 } // namespace Zar::ResourcesLibrary::Tools
