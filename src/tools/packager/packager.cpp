@@ -8,6 +8,7 @@
 #include "Zar/Lt/Logging/LoggingManager.h"
 #include "Zar/ResourcesLibrary/Image/FileFormat.h"
 #include "Zar/ResourcesLibrary/Image/InputSequence.h"
+#include "Zar/ResourcesLibrary/Pack/PackFormat.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -68,7 +69,7 @@ int main(int argc, char** argv)
     unsigned minor = 6;
     unsigned patch = 0;
     unsigned build = 0;
-    int sector = 12;
+    int sector = static_cast<int>(Zar::ResourcesLibrary::Pack::PackFormat::kDefaultFirstSector);
 
     for (int i = 1; i < argc;) {
         char const* option = argv[i];

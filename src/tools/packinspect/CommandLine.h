@@ -5,6 +5,8 @@
 #include "PackFile.h"
 #include "PackLayout.h"
 
+#include "Zar/ResourcesLibrary/Pack/PackFormat.h"
+
 #include <cstdint>
 #include <iosfwd>
 #include <optional>
@@ -20,7 +22,7 @@ public:
     // file could not be read. Plain values, as main returns them.
     enum ExitStatus : int { kFine = 0, kProblemsFound = 1, kUsage = 2 };
     // The first icon sector that packager takes when it is given none.
-    static constexpr int32_t kDefaultSector = 12;
+    static constexpr int32_t kDefaultSector = Zar::ResourcesLibrary::Pack::PackFormat::kDefaultFirstSector;
 
     CommandLine(std::ostream& out, std::ostream& err);
 

@@ -23,6 +23,8 @@ public:
     // Target sector of the first screen sector. Only the icons' first sector is given to the packager;
     // this one is part of the format.
     static constexpr uint32_t kFirstScreenSector = 247;
+    // The first icon sector the packager takes when it is given none.
+    static constexpr uint32_t kDefaultFirstSector = 12;
     // Target sector numbers are 16-bit: the first icon sector and the sectors after it wrap at 65536.
     static constexpr uint32_t kSectorNumberMask = 0xFFFF;
     // A pack is its header sector plus at most the whole store; anything longer is not a pack.
