@@ -357,8 +357,17 @@ void PackExporter::WriteEnumeration(EnumerationOutput& output, int offset) const
 
 void PackExporter::WritePadding(int count)
 {
-    for (int i = 0; i < count; ++i)
-        _packFile.put(static_cast<char>(PackFormat::kPadding));
+    // Whole runs from one sector of padding bytes, rather than a stream call per byte.
+    static std::array<char, PackFormat::kSectorSize> const kPaddingBytes = [] {
+        std::array<char, PackFormat::kSectorSize> bytes {};
+        bytes.fill(static_cast<char>(PackFormat::kPadding));
+        return bytes;
+    }();
+    for (int left = count; left > 0;) {
+        int const run = std::min(left, static_cast<int>(kPaddingBytes.size()));
+        _packFile.write(kPaddingBytes.data(), run);
+        left -= run;
+    }
 }
 
 void PackExporter::PrintSummary() const
