@@ -256,6 +256,8 @@ void Paint4Bpp::Draw(IconOverlay overlay)
         &Paint4Bpp::DrawRow2, &Paint4Bpp::DrawRow3, &Paint4Bpp::DrawRow4, &Paint4Bpp::DrawSelected,
         &Paint4Bpp::DrawRoundedSelected, &Paint4Bpp::DrawFramedRoundedSelected, &Paint4Bpp::DrawOuterFrame,
         &Paint4Bpp::DrawOuterDottedFrame };
+    static_assert(kOverlayDrawings.size() == static_cast<std::size_t>(IconOverlay::DottedFrame) + 1,
+        "one entry per overlay, up to the last one");
     auto const index = static_cast<std::size_t>(overlay);
     if (index < kOverlayDrawings.size() && kOverlayDrawings[index] != nullptr)
         (this->*kOverlayDrawings[index])();
