@@ -24,29 +24,41 @@ constexpr int kPanels = 3;
 
 using Image = PackLayout::Image;
 
-int PanelWidth(Image const& image)
+// The two images of a row are matched by kind and so share their geometry, but each panel is still
+// drawn with its own image's, and the difference over both, so that no pixel is read from an image
+// that lacks it.
+ImageGeometry Union(Image const& left, Image const& right)
 {
-    return std::max(static_cast<int>(image._geometry.Width()) * kScale, ContactSheet::kMinCellWidth);
+    return ImageGeometry(std::max(left._geometry.Width(), right._geometry.Width()),
+        std::max(left._geometry.Height(), right._geometry.Height()));
 }
 
-int RowHeight(Image const& image)
+int PanelWidth(ImageGeometry const& geometry)
 {
-    return static_cast<int>(image._geometry.Height()) * kScale + ContactSheet::kLabelHeight;
+    return std::max(static_cast<int>(geometry.Width()) * kScale, ContactSheet::kMinCellWidth);
 }
 
-// Level of a pixel, or 0 where the file ends before it.
+int RowHeight(ImageGeometry const& geometry)
+{
+    return static_cast<int>(geometry.Height()) * kScale + ContactSheet::kLabelHeight;
+}
+
+// Level of a pixel, or 0 where the image has no such pixel or the file ends before it.
 uint8_t LevelAt(PackFile const& pack, Image const& image, uint32_t x, uint32_t y)
 {
+    if (x >= image._geometry.Width() || y >= image._geometry.Height())
+        return 0;
     auto const pixels = pack.Slice(image.FileOffset(), image._geometry.Size());
     if (pixels.size() != image._geometry.Size())
         return 0;
     return image._geometry.Level(pixels.data(), x, y);
 }
 
-template <typename Colour> void DrawPanel(QImage& sheet, int left, int top, Image const& image, Colour colour)
+template <typename Colour>
+void DrawPanel(QImage& sheet, int left, int top, ImageGeometry const& geometry, Colour colour)
 {
-    for (uint32_t y = 0; y < image._geometry.Height(); ++y)
-        for (uint32_t x = 0; x < image._geometry.Width(); ++x) {
+    for (uint32_t y = 0; y < geometry.Height(); ++y)
+        for (uint32_t x = 0; x < geometry.Width(); ++x) {
             QRgb const rgb = colour(x, y);
             for (int dy = 0; dy < kScale; ++dy) {
                 auto* line = reinterpret_cast<QRgb*>(sheet.scanLine(top + static_cast<int>(y) * kScale + dy));
@@ -70,8 +82,9 @@ std::vector<Row> RowsOf(PackComparison const& comparison)
     for (auto const& change : comparison.ImageChanges()) {
         if (change._kind != PackComparison::Kind::Changed)
             continue;
-        rows.push_back({ *change._old, *change._new, top, PanelWidth(*change._new) + kMargin });
-        top += RowHeight(*change._new) + kMargin;
+        auto const both = Union(*change._old, *change._new);
+        rows.push_back({ *change._old, *change._new, top, PanelWidth(both) + kMargin });
+        top += RowHeight(both) + kMargin;
     }
     return rows;
 }
@@ -87,7 +100,7 @@ void DrawLabels(QImage& sheet, std::vector<Row> const& rows, std::string const& 
         Qt::AlignLeft | Qt::AlignVCenter, QString::fromStdString(title));
     char const* const labels[kPanels] = { " (old)", " (new)", " (difference)" };
     for (auto const& row : rows) {
-        int const labelTop = row._top + static_cast<int>(row._new._geometry.Height()) * kScale;
+        int const labelTop = row._top + static_cast<int>(Union(row._old, row._new).Height()) * kScale;
         QString const name = QString::fromStdString(row._new._name);
         for (int k = 0; k < kPanels; ++k)
             painter.drawText(
@@ -114,7 +127,7 @@ QImage DiffSheet::Render(PackComparison const& comparison, PackFile const& oldPa
     int height = ContactSheet::kTitleHeight + kMargin;
     for (auto const& row : rows) {
         width = std::max(width, kMargin + kPanels * row._panel);
-        height = row._top + RowHeight(row._new) + kMargin;
+        height = row._top + RowHeight(Union(row._old, row._new)) + kMargin;
     }
     if (static_cast<int64_t>(width) * height > ContactSheet::kMaxPixels)
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
@@ -128,13 +141,14 @@ QImage DiffSheet::Render(PackComparison const& comparison, PackFile const& oldPa
 
     // The pixels first, written straight into the image, then the text through a painter.
     for (auto const& row : rows) {
-        DrawPanel(sheet, kMargin, row._top, row._new,
+        DrawPanel(sheet, kMargin, row._top, row._old._geometry,
             [&](uint32_t x, uint32_t y) { return ContactSheet::Grey(LevelAt(oldPack, row._old, x, y)); });
-        DrawPanel(sheet, kMargin + row._panel, row._top, row._new,
+        DrawPanel(sheet, kMargin + row._panel, row._top, row._new._geometry,
             [&](uint32_t x, uint32_t y) { return ContactSheet::Grey(LevelAt(newPack, row._new, x, y)); });
-        DrawPanel(sheet, kMargin + 2 * row._panel, row._top, row._new, [&](uint32_t x, uint32_t y) {
-            return DifferenceColour(LevelAt(oldPack, row._old, x, y), LevelAt(newPack, row._new, x, y));
-        });
+        DrawPanel(sheet, kMargin + 2 * row._panel, row._top, Union(row._old, row._new),
+            [&](uint32_t x, uint32_t y) {
+                return DifferenceColour(LevelAt(oldPack, row._old, x, y), LevelAt(newPack, row._new, x, y));
+            });
     }
     DrawLabels(sheet, rows, title);
     return sheet;

@@ -9,6 +9,8 @@
 #include <map>
 #include <ostream>
 #include <span>
+#include <tuple>
+#include <utility>
 
 namespace Zar::ResourcesLibrary::Tools::Inspect {
 
@@ -19,17 +21,21 @@ namespace {
 
 using Image = PackLayout::Image;
 
-// An image's name and how many images of that name come before it: a name may be used twice, and
-// its second image is matched with the other pack's second image.
-using ImageKey = std::pair<std::string, int>;
+// An image's kind, its name and how many images of that kind and name come before it: a name may be
+// used twice, and its second image is matched with the other pack's second image. The kind is part of
+// the key because packager makes an image an icon or a screen by its size: an icon that grew into a
+// screen is another image of other dimensions, so it is removed and added, never compared pixel by
+// pixel with the old one.
+using ImageKey = std::tuple<PackLayout::Kind, std::string, int>;
 using ImagesByKey = std::map<ImageKey, Image>;
 
 ImagesByKey ImagesByName(PackLayout const& layout)
 {
     ImagesByKey images;
-    std::map<std::string, int> seen;
+    std::map<std::pair<PackLayout::Kind, std::string>, int> seen;
     for (auto const& image : layout.Images())
-        images.emplace(ImageKey(image._name, seen[image._name]++), image);
+        images.emplace(
+            ImageKey(image._kind, image._name, seen[std::make_pair(image._kind, image._name)]++), image);
     return images;
 }
 

@@ -531,6 +531,41 @@ TEST(CommandLineTest, DiffDrawsTheChangedImages)
     EXPECT_EQ(pixel(2, 1), DiffSheet::kUnchanged);
 }
 
+TEST(CommandLineTest, DiffTakesAnIconThatBecameAScreenAsRemovedAndAdded)
+{
+    // packager makes an image an icon or a screen by its size: Big grew from one to the other, so its
+    // old and new pixels have other dimensions and are not compared, nor drawn one over the other.
+    PackContents before;
+    before._icons = { Pattern(384, 5), Pattern(384, 1) };
+    before._screens = { Pattern(8192, 3) };
+    before._names = { "Big", "Other", "Home" };
+    PackContents after;
+    after._icons = { Pattern(384, 1) };
+    after._screens = { Pattern(8192, 9), Pattern(8192, 3) };
+    after._names = { "Other", "Big", "Home" };
+    PackFolder const oldFolder(BuildPack(before));
+    PackFolder const newFolder(BuildPack(after));
+    std::string const png = newFolder.In("diff.png");
+    auto const result = Inspect({ "diff", oldFolder.Path(), newFolder.Path(), "--png", png });
+    EXPECT_EQ(result._err, "");
+    EXPECT_EQ(result._status, 1);
+    EXPECT_EQ(result._out,
+        "old " + oldFolder.Path() + "\nnew " + newFolder.Path()
+            + "\nremoved  icon    Big  (was at sector 12 offset 0, value 100)\n"
+              "moved    icon    Other  (sector 12 offset 384 -> sector 12 offset 0)\n"
+              "moved    screen  Home  (sector 247 offset 0 -> sector 249 offset 0)\n"
+              "added    screen  Big  (sector 247 offset 0, value 0)\n"
+              "header   icons 2 -> 1\n"
+              "header   screens 1 -> 2\n"
+              "flash    sectors 12 247 248 249 250 and the header sector: 6 sectors, 24576 bytes\n"
+              "wrote "
+            + png + "\n");
+    // No image changed, so the sheet holds only its title.
+    QImage const image(QString::fromStdString(png));
+    ASSERT_FALSE(image.isNull());
+    EXPECT_EQ(image.height(), ContactSheet::kTitleHeight + ContactSheet::kMargin);
+}
+
 TEST(CommandLineTest, DiffReportsAPngItCannotWrite)
 {
     PackFolder const folder(BuildPack(WorkedExample()));
