@@ -201,8 +201,8 @@ void PackComparison::Print(std::ostream& out) const
         out << "the header sector";
     if (_flash.empty() && !_headerSectorDiffers)
         out << "nothing";
-    out << ": " << _flash.size() + (_headerSectorDiffers ? 1 : 0) << " sectors, " << BytesToFlash()
-        << " bytes\n";
+    std::size_t const sectors = _flash.size() + (_headerSectorDiffers ? 1 : 0);
+    out << ": " << sectors << (sectors == 1 ? " sector, " : " sectors, ") << BytesToFlash() << " bytes\n";
 }
 
 } // namespace Zar::ResourcesLibrary::Tools::Inspect

@@ -121,7 +121,7 @@ TEST(PackComparisonTest, OnlyTheVersionChanged)
     auto const newPack = BuildPack(newer);
     EXPECT_EQ(Printed(oldPack, newPack),
         "header   version 1.0.0.0 -> 1.0.0.1\n"
-        "flash    the header sector: 1 sectors, 4096 bytes\n");
+        "flash    the header sector: 1 sector, 4096 bytes\n");
 }
 
 TEST(PackComparisonTest, AnotherFirstSectorMovesEveryIconButNoScreen)
