@@ -38,11 +38,17 @@ std::size_t PackLister::List(
 std::optional<std::string> PackLister::GeometryProblem(
     PackFile const& pack, PackLayout const& layout, ImageGeometry const& icon, ImageGeometry const& screen)
 {
-    if (layout.FileSectors() == pack.SectorCount())
-        return std::nullopt;
-    return "the geometry --icon " + icon.ToString() + " --screen " + screen.ToString() + " lays "
-        + std::to_string(layout.FileSectors()) + " sectors out, the file holds "
-        + std::to_string(pack.SectorCount()) + ": the geometry is probably not the pack's";
+    if (layout.FileSectors() != pack.SectorCount())
+        return "the geometry --icon " + icon.ToString() + " --screen " + screen.ToString() + " lays "
+            + std::to_string(layout.FileSectors()) + " sectors out, the file holds "
+            + std::to_string(pack.SectorCount()) + ": the geometry is probably not the pack's";
+    // The sectors are counted rounding up, so a file cut inside its last sector passes the count
+    // while that sector's images lack their last bytes.
+    for (auto const& image : layout.Images())
+        if (image.FileOffset() + image._geometry.Size() > pack.Size())
+            return "the file holds " + std::to_string(pack.Size()) + " bytes, not whole sectors: the image "
+                + image._name + " lies past its end";
+    return std::nullopt;
 }
 
 std::string PackLister::VersionText(Zar::Lt::Core::Version32 version)

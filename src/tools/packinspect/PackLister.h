@@ -22,7 +22,8 @@ public:
         PackFile const& pack, ImageGeometry const& icon, ImageGeometry const& screen, std::ostream& out);
 
     // Why the layout that the geometry gives is not the file's, if it is not: the pack does not
-    // record its image sizes, so a wrong --icon or --screen shows only here.
+    // record its image sizes, so a wrong --icon or --screen shows only here. A file cut short of an
+    // image's last byte is not the layout's either.
     static std::optional<std::string> GeometryProblem(PackFile const& pack, PackLayout const& layout,
         ImageGeometry const& icon, ImageGeometry const& screen);
     // "1.2.3.4".

@@ -461,6 +461,34 @@ TEST(CommandLineTest, ExtractAndDiffRefuseTruncatedAndLyingPacks)
     }
 }
 
+TEST(CommandLineTest, APackCutInsideItsLastSectorIsRefusedBeforeAnythingIsWritten)
+{
+    // The worked example's five sectors end with its screen; 96 bytes of it are missing, which a
+    // count of sectors rounded up does not show.
+    auto bytes = BuildPack(WorkedExample());
+    bytes.resize(4 * 4096 + 4000);
+    PackFolder const folder(bytes);
+    std::string const problem
+        = "the file holds 20384 bytes, not whole sectors: the image Screen0 lies past its end\n";
+
+    auto const extract = Inspect({ "extract", folder.Path(), "-o", folder.In("tree") });
+    EXPECT_EQ(extract._status, 1);
+    EXPECT_EQ(extract._out, "");
+    EXPECT_EQ(extract._err, "packinspect extract: " + folder.Path() + ": " + problem);
+    EXPECT_FALSE(std::filesystem::exists(folder.In("tree")));
+
+    auto const list = Inspect({ "list", folder.Path() });
+    EXPECT_EQ(list._status, 1);
+    EXPECT_THAT(list._out, testing::EndsWith("  Screen0\nproblem: " + problem));
+
+    PackFolder const sound(BuildPack(WorkedExample()));
+    auto const diff = Inspect({ "diff", sound.Path(), folder.Path(), "--png", folder.In("diff.png") });
+    EXPECT_EQ(diff._status, 2);
+    EXPECT_EQ(diff._out, "");
+    EXPECT_EQ(diff._err, "packinspect diff: " + folder.Path() + ": " + problem);
+    EXPECT_FALSE(std::filesystem::exists(folder.In("diff.png")));
+}
+
 TEST(CommandLineTest, DiffNeedsTwoPacks)
 {
     for (std::vector<std::string> const& arguments :
@@ -749,6 +777,20 @@ TEST(EndToEndTest, CheckPassesTheExamples)
     EXPECT_THAT(result.output,
         HasSubstr("packing every image that loads prints:\n  0.6.0.0, 12 icons at sector 12, 3 screens"));
     EXPECT_THAT(result.output, testing::EndsWith("result: 0 failures, 0 warnings\n"));
+}
+
+TEST(EndToEndTest, CheckLoadsQtImagesInTheBuildTree)
+{
+    // The Qt image module is found from the build tree's packinspect as from its packager.
+    ScratchFolder folder;
+    std::filesystem::copy(std::string(PACKAGER_SOURCE_DIR) + "/tests/data/released-outputs/qt-tree/bmp",
+        folder / "bmp", std::filesystem::copy_options::recursive);
+    auto const result
+        = RunShellCommand("env -u PACKAGER_QT_MODULE_DIR " + ShellQuoted(PackinspectPath()) + " check", folder.Path());
+    EXPECT_EQ(result.exitCode, 0) << result.output;
+    EXPECT_THAT(result.output, testing::Not(HasSubstr("FAIL"))) << result.output;
+    EXPECT_THAT(result.output, HasSubstr("packing every image that loads prints:\n  0.6.0.0, 2 icons at sector 12, 1 screens"));
+    EXPECT_THAT(result.output, HasSubstr("result: 0 failures, "));
 }
 
 TEST(EndToEndTest, CheckLogsFailuresToStandardError)
