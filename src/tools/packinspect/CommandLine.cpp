@@ -15,8 +15,12 @@
 
 #include "Zar/ResourcesLibrary/Pack/PackFormat.h"
 
+#include <QBuffer>
+#include <QByteArray>
+
 #include <charconv>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
 #include <ostream>
 #include <string_view>
@@ -28,6 +32,20 @@ using Zar::ResourcesLibrary::Pack::PackFormat;
 using Zar::ResourcesLibrary::Pack::PackHeader;
 
 namespace {
+
+// Qt would take the file name as text and encode it again; written through a stream, its bytes reach
+// the file system as they were given, UTF-8 or not.
+bool SavePng(QImage const& image, std::string const& path)
+{
+    QByteArray png;
+    QBuffer buffer(&png);
+    if (!buffer.open(QIODevice::WriteOnly) || !image.save(&buffer, "PNG"))
+        return false;
+    std::ofstream stream(path, std::ios::binary | std::ios::trunc);
+    stream.write(png.constData(), png.size());
+    stream.close();
+    return static_cast<bool>(stream);
+}
 
 OptionParser::Option const kHelpOption { "help", 'h', false };
 OptionParser::Option const kIconOption { "icon", 0, true };
@@ -159,7 +177,7 @@ int CommandLine::Render(OptionParser const& parser)
     std::string const title = path + "  version " + PackLister::VersionText(header._version) + ", "
         + std::to_string(header._iconCount) + " icons at sector " + std::to_string(header._firstSector) + ", "
         + std::to_string(header._screenCount) + " screens";
-    if (!sheet.Render(pack, title).save(QString::fromStdString(*output), "PNG")) {
+    if (!SavePng(sheet.Render(pack, title), *output)) {
         _err << "packinspect render: cannot write " << *output << '\n';
         return kUsage;
     }
@@ -245,8 +263,7 @@ int CommandLine::Diff(OptionParser const& parser)
     comparison.Print(_out);
     if (png) {
         std::string const title = "old " + oldPath + "  |  new " + newPath + "  |  difference";
-        if (!DiffSheet::Render(comparison, oldPack, newPack, title)
-                 .save(QString::fromStdString(*png), "PNG")) {
+        if (!SavePng(DiffSheet::Render(comparison, oldPack, newPack, title), *png)) {
             _err << "packinspect diff: cannot write " << *png << '\n';
             return kUsage;
         }

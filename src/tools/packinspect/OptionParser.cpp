@@ -9,9 +9,18 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 
 namespace {
 
+// Arguments are bytes, file names among them, in whatever encoding they were made: Latin-1 maps each
+// byte to one character and back, so that every argument, UTF-8 or not, comes out as it went in.
+QString FromBytes(std::string const& bytes)
+{
+    return QString::fromLatin1(bytes.data(), static_cast<int>(bytes.size()));
+}
+
+std::string ToBytes(QString const& text) { return text.toLatin1().toStdString(); }
+
 QCommandLineOption ToQt(OptionParser::Option const& option)
 {
-    QStringList names { QString::fromStdString(option._long) };
+    QStringList names { FromBytes(option._long) };
     if (option._short != 0)
         names.prepend(QString(QChar(option._short)));
     // Qt takes an option with a value name as one that needs a value.
@@ -53,21 +62,21 @@ bool OptionParser::Parse(std::vector<std::string> const& arguments)
     // Qt takes the first argument as the program's name.
     QStringList qtArguments { QStringLiteral("packinspect") };
     for (auto const& argument : arguments)
-        qtArguments << QString::fromStdString(argument);
+        qtArguments << FromBytes(argument);
     if (!parser.parse(qtArguments)) {
         std::vector<std::string> unknown;
         for (auto const& name : parser.unknownOptionNames())
-            unknown.push_back(name.toStdString());
-        _error = ErrorOf(parser.errorText().toStdString(), unknown, arguments);
+            unknown.push_back(ToBytes(name));
+        _error = ErrorOf(ToBytes(parser.errorText()), unknown, arguments);
         return false;
     }
     for (auto const& option : _options) {
-        QString const name = QString::fromStdString(option._long);
+        QString const name = FromBytes(option._long);
         if (parser.isSet(name))
-            _values[option._long] = option._takesValue ? parser.value(name).toStdString() : std::string();
+            _values[option._long] = option._takesValue ? ToBytes(parser.value(name)) : std::string();
     }
     for (auto const& operand : parser.positionalArguments())
-        _operands.push_back(operand.toStdString());
+        _operands.push_back(ToBytes(operand));
     return true;
 }
 

@@ -10,6 +10,7 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 // The options of one subcommand, parsed by Qt's QCommandLineParser: "--name value", "--name=value",
 // "-x value", "-xvalue", switches without a value, and "--" to end the options; options may follow
 // the operands. A lone "-" is an operand. Qt's error texts are turned into this tool's own words.
+// Operands and values keep their bytes, whether they are UTF-8 or not.
 class OptionParser {
 public:
     struct Option {

@@ -489,6 +489,29 @@ TEST(CommandLineTest, APackCutInsideItsLastSectorIsRefusedBeforeAnythingIsWritte
     EXPECT_FALSE(std::filesystem::exists(folder.In("diff.png")));
 }
 
+TEST(CommandLineTest, FileNamesReachTheFileSystemByteForByte)
+{
+    auto const bytes = BuildPack(WorkedExample());
+    auto changed = WorkedExample();
+    changed._icons[2][0] ^= 0xF0;
+    // "pàck.bin" in UTF-8 and in Latin-1, whose 0xE0 alone is no UTF-8.
+    std::vector<std::string> const names { std::string("p\xC3\xA0") + "ck.bin",
+        std::string("p\xE0") + "ck.bin" };
+    for (auto const& name : names) {
+        PackFolder const folder(bytes);
+        WriteFile(folder.In(name), BuildPack(changed));
+        auto const list = Inspect({ "list", folder.In(name) });
+        EXPECT_EQ(list._status, 0) << list._err;
+        EXPECT_THAT(list._out, StartsWith(folder.In(name) + "\nversion       1.2.3.4\n"));
+
+        std::string const png = folder.In(name + ".png");
+        auto const diff = Inspect({ "diff", folder.Path(), folder.In(name), "--png=" + png });
+        EXPECT_EQ(diff._status, 1) << diff._err;
+        EXPECT_THAT(diff._out, testing::EndsWith("\nwrote " + png + "\n"));
+        EXPECT_TRUE(std::filesystem::exists(png));
+    }
+}
+
 TEST(CommandLineTest, DiffNeedsTwoPacks)
 {
     for (std::vector<std::string> const& arguments :
@@ -785,11 +808,12 @@ TEST(EndToEndTest, CheckLoadsQtImagesInTheBuildTree)
     ScratchFolder folder;
     std::filesystem::copy(std::string(PACKAGER_SOURCE_DIR) + "/tests/data/released-outputs/qt-tree/bmp",
         folder / "bmp", std::filesystem::copy_options::recursive);
-    auto const result
-        = RunShellCommand("env -u PACKAGER_QT_MODULE_DIR " + ShellQuoted(PackinspectPath()) + " check", folder.Path());
+    auto const result = RunShellCommand(
+        "env -u PACKAGER_QT_MODULE_DIR " + ShellQuoted(PackinspectPath()) + " check", folder.Path());
     EXPECT_EQ(result.exitCode, 0) << result.output;
     EXPECT_THAT(result.output, testing::Not(HasSubstr("FAIL"))) << result.output;
-    EXPECT_THAT(result.output, HasSubstr("packing every image that loads prints:\n  0.6.0.0, 2 icons at sector 12, 1 screens"));
+    EXPECT_THAT(result.output,
+        HasSubstr("packing every image that loads prints:\n  0.6.0.0, 2 icons at sector 12, 1 screens"));
     EXPECT_THAT(result.output, HasSubstr("result: 0 failures, "));
 }
 

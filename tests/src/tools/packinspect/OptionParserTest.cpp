@@ -65,6 +65,22 @@ TEST(OptionParserTest, ShortSwitchesRunTogether)
     EXPECT_TRUE(parser.Has("verbose"));
 }
 
+TEST(OptionParserTest, OperandsAndValuesKeepTheirBytes)
+{
+    // "pàck.bin" in UTF-8 and in Latin-1, whose 0xE0 alone is no UTF-8.
+    std::string const utf8 = std::string("p\xC3\xA0") + "ck.bin";
+    std::string const latin1 = std::string("p\xE0") + "ck.bin";
+    auto parser = MakeParser();
+    ASSERT_TRUE(parser.Parse({ utf8, latin1, "-o", latin1 + ".png", "--icon=" + utf8 }));
+    EXPECT_EQ(parser.Operands(), (std::vector<std::string> { utf8, latin1 }));
+    EXPECT_EQ(parser.Value("output"), latin1 + ".png");
+    EXPECT_EQ(parser.Value("icon"), utf8);
+
+    auto unknown = MakeParser();
+    ASSERT_FALSE(unknown.Parse({ "--\xE9t\xE9" }));
+    EXPECT_EQ(unknown.Error(), "unknown option '--\xE9t\xE9'");
+}
+
 TEST(OptionParserTest, ALoneDashIsAnOperand)
 {
     auto parser = MakeParser();
