@@ -49,9 +49,6 @@ constexpr char kProcessIconFunction[]
     = "void Zar::ResourcesLibrary::Tools::PackExporter::ProcessIcon("
       "int, const string_view&, Zar::ResourcesLibrary::Image::MutableImage&)";
 
-// Names become identifiers in the generated C++ and Python sources.
-constexpr char kForbiddenNameCharacters[] = "-\".,'";
-
 // The exporter counts the bytes of a sector in int, as its offset member does.
 constexpr int kSectorSize = static_cast<int>(PackFormat::kSectorSize);
 

@@ -35,6 +35,10 @@ public:
     // "const string_view&": those records are fixed, so that logs stay comparable between builds.
     using string_view = std::string_view;
 
+    // A name holding one of these is refused: names become identifiers in the generated C++ and
+    // Python sources. packinspect extract refuses them too, so that what it writes packager reads.
+    static constexpr char kForbiddenNameCharacters[] = "-\".,'";
+
     // The summary and the "crc:" line go to out, which must outlive the exporter: its destructor may
     // close the pack and print them.
     PackExporter(Zar::Lt::Core::Version32 const& version, int32_t firstSector, std::ostream& out = std::cout);

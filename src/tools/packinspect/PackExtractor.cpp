@@ -3,6 +3,8 @@
 #include "BmpFile.h"
 #include "PackLister.h"
 
+#include "PackExporter.h"
+
 #include "Zar/Lt/Exceptions/Check.h"
 #include "Zar/ResourcesLibrary/Image/InputSequence.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
@@ -14,8 +16,6 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 
 namespace {
 
-// packager refuses these in a name, since names become identifiers.
-constexpr std::string_view kRefusedByPackager = "-\".,'";
 // A list line loses these at both ends.
 constexpr std::string_view kTrimmed = " \t\r\n";
 constexpr std::string_view kExtension = ".bmp";
@@ -60,8 +60,9 @@ std::optional<std::string> PackExtractor::NameProblem(std::string const& name)
     if (kTrimmed.find(name.front()) != std::string_view::npos
         || kTrimmed.find(name.back()) != std::string_view::npos)
         return quoted + " starts or ends with white space, which a line of list.txt loses";
-    if (name.find_first_of(kRefusedByPackager) != std::string::npos)
-        return quoted + " holds one of -\".,', which packager refuses";
+    if (name.find_first_of(PackExporter::kForbiddenNameCharacters) != std::string::npos)
+        return quoted + " holds one of " + PackExporter::kForbiddenNameCharacters
+            + ", which packager refuses";
     // The list line is the file name, and packager reads list lines up to this length.
     if (name.size() + kExtension.size() > Zar::ResourcesLibrary::Image::InputSequence::kMaxLineLength)
         return quoted + " is too long for a line of list.txt";

@@ -5,6 +5,8 @@
 #include "PackLayout.h"
 #include "PackagerTree.h"
 
+#include "PackExporter.h"
+
 #include "Zar/Lt/Core/ScratchFolder.h"
 
 #include <gmock/gmock.h>
@@ -20,6 +22,7 @@ using TestSupport::ReadText;
 using TestSupport::RunShellCommand;
 using TestSupport::ShellQuoted;
 using Zar::Lt::Core::ScratchFolder;
+using Zar::ResourcesLibrary::Tools::PackExporter;
 using Zar::ResourcesLibrary::Tools::Inspect::ImageGeometry;
 using Zar::ResourcesLibrary::Tools::Inspect::PackExtractor;
 using Zar::ResourcesLibrary::Tools::Inspect::PackFile;
@@ -171,6 +174,19 @@ TEST(PackExtractorTest, NamesThatCannotComeBackAreRefused)
     EXPECT_EQ(PackExtractor::NameProblem(std::string(251, 'n')), std::nullopt);
     EXPECT_EQ(PackExtractor::NameProblem(std::string(252, 'n')),
         "the image name '" + std::string(252, 'n') + "' is too long for a line of list.txt");
+}
+
+TEST(PackExtractorTest, RefusesEveryCharacterThatPackagerRefusesAndNoOther)
+{
+    // The exporter's own list, so that extract never writes a name that packager then refuses.
+    EXPECT_STREQ(PackExporter::kForbiddenNameCharacters, "-\".,'");
+    for (char const refused : std::string_view(PackExporter::kForbiddenNameCharacters)) {
+        std::string const name = std::string("Play") + refused + "Pause";
+        EXPECT_EQ(PackExtractor::NameProblem(name),
+            "the image name '" + name + "' holds one of -\".,', which packager refuses");
+    }
+    for (char const kept : std::string_view("_+:;!?()[]{}"))
+        EXPECT_EQ(PackExtractor::NameProblem(std::string("Play") + kept + "Pause"), std::nullopt);
 }
 
 TEST(PackExtractorTest, RefusesTwoImagesOfOneName)
