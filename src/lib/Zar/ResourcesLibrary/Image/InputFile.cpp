@@ -50,6 +50,14 @@ size_t ReadFully(int descriptor, uint8_t* data, size_t size)
     return done;
 }
 
+// A regular file of 1 to kWholeReadLimit bytes. A size of 0 is left to the stream as well: files
+// of the kernel's pseudo file systems report it and still hold text.
+bool IsWholeReadable(struct stat const& status)
+{
+    return S_ISREG(status.st_mode) && status.st_size > 0
+        && static_cast<uint64_t>(status.st_size) <= InputFile::kWholeReadLimit;
+}
+
 std::unique_ptr<std::istream> OpenAsStream(char const* path)
 {
     auto stream = std::make_unique<std::ifstream>(path, std::ios::in | std::ios::binary);
@@ -64,14 +72,16 @@ std::optional<std::vector<uint8_t>> InputFile::ReadWhole(char const* path)
 {
     if (path == nullptr || path[0] == '\0')
         return std::nullopt;
-    // Non-blocking, so that opening a pipe without a writer returns at once; for a regular file
-    // the flag changes nothing.
-    Descriptor const file(::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    // Only a regular file is opened here. Opening a pipe, even without blocking and closed at once,
+    // would release a writer waiting in its own open, whose first write then finds no reader and
+    // kills it; the stream opens it once and reads it as it arrives instead.
     struct stat status { };
-    // A size of 0 is left to the stream as well: files of the kernel's pseudo file systems report
-    // it and still hold text.
-    if (file.Get() < 0 || ::fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size <= 0
-        || static_cast<uint64_t>(status.st_size) > kWholeReadLimit)
+    if (::stat(path, &status) != 0 || !IsWholeReadable(status))
+        return std::nullopt;
+    // Non-blocking in case the path was replaced by a pipe since; the descriptor's own status
+    // decides, so such a file is still left to the stream.
+    Descriptor const file(::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (file.Get() < 0 || ::fstat(file.Get(), &status) != 0 || !IsWholeReadable(status))
         return std::nullopt;
     // The size comes from the file system, so the buffer holds no more than the file does. A file
     // that shrinks meanwhile gives what it still held; one that grows is read to its size then.

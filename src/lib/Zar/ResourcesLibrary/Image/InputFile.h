@@ -23,7 +23,8 @@ public:
     static std::unique_ptr<std::istream> Open(char const* path);
 
     // The whole content of a regular file of 1 to kWholeReadLimit bytes; nothing for a file that
-    // cannot be opened, is not regular, is empty or larger. The file is closed on return.
+    // cannot be opened, is not regular, is empty or larger. A file that is not regular is not even
+    // opened (a pipe's writer would take that open for its reader). The file is closed on return.
     static std::optional<std::vector<uint8_t>> ReadWhole(char const* path);
 };
 

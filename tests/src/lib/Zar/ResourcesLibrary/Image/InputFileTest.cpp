@@ -3,12 +3,18 @@
 #include "Zar/Lt/Core/ScratchFolder.h"
 #include "Zar/ResourcesLibrary/Image/ByteStream.h"
 
+#include <fcntl.h>
+#include <pthread.h>
+#include <signal.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <iterator>
 #include <string>
 
@@ -21,6 +27,14 @@ namespace {
 std::string Content(std::istream& stream)
 {
     return { std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>() };
+}
+
+// Whether the path is a character device: the tests that read one fail with this message, rather
+// than pass or wait for nothing, on a machine whose /dev lacks it.
+bool IsCharacterDevice(char const* path)
+{
+    struct stat status { };
+    return ::stat(path, &status) == 0 && S_ISCHR(status.st_mode);
 }
 
 } // namespace
@@ -51,6 +65,7 @@ TEST(InputFileTest, AnEmptyFileOpensAndHoldsNothing)
 TEST(InputFileTest, APseudoFileOfSizeZeroIsStreamedWithItsText)
 {
     // The kernel reports a size of 0 for it, yet it holds a line.
+    ASSERT_TRUE(std::filesystem::exists("/proc/self/stat")) << "/proc is not mounted";
     auto stream = InputFile::Open("/proc/self/stat");
     ASSERT_NE(nullptr, stream);
     EXPECT_FALSE(Content(*stream).empty());
@@ -99,15 +114,58 @@ TEST(InputFileTest, SpecialFilesAreNeverReadWhole)
     ASSERT_EQ(0, ::mkfifo(pipe.c_str(), 0600));
     EXPECT_FALSE(InputFile::ReadWhole(pipe.c_str()).has_value());
     // A device without end and a folder: no size to read to.
+    ASSERT_TRUE(IsCharacterDevice("/dev/zero")) << "/dev/zero is missing or not a device";
     EXPECT_FALSE(InputFile::ReadWhole("/dev/zero").has_value());
     EXPECT_FALSE(InputFile::ReadWhole(folder.Path().c_str()).has_value());
 }
 
 TEST(InputFileTest, ADeviceIsStreamedAsItArrives)
 {
+    ASSERT_TRUE(IsCharacterDevice("/dev/zero")) << "/dev/zero is missing or not a device";
     auto stream = InputFile::Open("/dev/zero");
     ASSERT_NE(nullptr, stream);
     char bytes[3] = { 1, 1, 1 };
     stream->read(bytes, 3);
     EXPECT_EQ(std::string(3, '\0'), std::string(bytes, 3));
+}
+
+TEST(InputFileTest, APipeIsReadAsItsWriterWritesIt)
+{
+    ScratchFolder folder;
+    std::string const pipe = folder.PathOf("Text.txt");
+    ASSERT_EQ(0, ::mkfifo(pipe.c_str(), 0600));
+    std::string const text = "XX  \n  XX\n";
+    // The writer does what a shell command writing into the pipe does: it opens it, which waits for a
+    // reader, writes and closes. SIGPIPE is blocked in its thread, so that a write after the
+    // reader left fails instead of ending the tests.
+    auto writer = std::async(std::launch::async, [&] {
+        sigset_t pipeSignal;
+        sigemptyset(&pipeSignal);
+        sigaddset(&pipeSignal, SIGPIPE);
+        pthread_sigmask(SIG_BLOCK, &pipeSignal, nullptr);
+        int const descriptor = ::open(pipe.c_str(), O_WRONLY | O_CLOEXEC);
+        if (descriptor < 0)
+            return false;
+        bool const written
+            = ::write(descriptor, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+        ::close(descriptor);
+        return written;
+    });
+    auto reader = std::async(std::launch::async, [&] {
+        auto stream = InputFile::Open(pipe.c_str());
+        return stream == nullptr ? std::string("(no stream)") : Content(*stream);
+    });
+    // A reader left without a writer would wait for ever: after a while, a descriptor open for both
+    // reading and writing, closed at once, releases whichever side still waits and ends the
+    // reader's stream, so that the test fails rather than hangs.
+    bool const finished = reader.wait_for(std::chrono::seconds(60)) == std::future_status::ready
+        && writer.wait_for(std::chrono::seconds(60)) == std::future_status::ready;
+    if (!finished) {
+        int const both = ::open(pipe.c_str(), O_RDWR | O_CLOEXEC);
+        if (both >= 0)
+            ::close(both);
+    }
+    EXPECT_TRUE(finished) << "the reader or the writer of the pipe still waited";
+    EXPECT_EQ(text, reader.get());
+    EXPECT_TRUE(writer.get()) << "the writer's write failed: its reader had left";
 }
