@@ -97,9 +97,11 @@ protected:
     }
 
     // Runs the tool with the dynamic loader reporting on standard error every library it opens.
-    Process RunToolReportingLibraries(std::string const& executable = PACKAGER_EXECUTABLE) const
+    // The environment, when given, adds its assignments.
+    Process RunToolReportingLibraries(
+        std::string const& executable = PACKAGER_EXECUTABLE, std::string const& environment = {}) const
     {
-        return RunPackager(_scratch, Work(), {}, "LD_DEBUG=files", executable);
+        return RunPackager(_scratch, Work(), {}, "LD_DEBUG=files " + environment, executable);
     }
 
     void CopyTree(std::filesystem::path const& tree) const
@@ -294,13 +296,14 @@ TEST_F(PackagerProcessTest, AQtImageIsLoadedThroughTheModuleAsByThePreviousRelea
 
 TEST_F(PackagerProcessTest, WithoutItsQtModuleOnlyTheQtImageFails)
 {
-    // A copy of the tool in a folder of its own finds no module beside it (nor, on a machine where
-    // the project is not installed, in the install locations).
+    // A copy of the tool in a folder of its own finds no module beside it, and the environment
+    // keeps it to that folder, away from a module installed on the machine.
     std::filesystem::path const alone = _scratch / "alone/packager";
     std::filesystem::create_directories(alone.parent_path());
     std::filesystem::copy_file(PACKAGER_EXECUTABLE, alone);
     CopyTree(kReleasedOutputs / "qt-tree/bmp");
-    Process const process = RunToolReportingLibraries(alone.string());
+    Process const process = RunToolReportingLibraries(
+        alone.string(), std::string("PACKAGER_QT_MODULE_DIR=") + ShellQuoted(alone.parent_path().string()));
     EXPECT_EQ(0, process.status);
     // The other icon is built, and the build stops after the icons, as for any failed icon.
     EXPECT_THAT(
@@ -308,4 +311,19 @@ TEST_F(PackagerProcessTest, WithoutItsQtModuleOnlyTheQtImageFails)
     EXPECT_EQ((std::vector<std::string> { "Play" }), ReadHeader(ReadBytes(Work() / "oled.pack")).names);
     EXPECT_THAT(process.errors, testing::HasSubstr("libc.so"));
     EXPECT_THAT(process.errors, testing::Not(testing::HasSubstr("libQt5")));
+}
+
+TEST_F(PackagerProcessTest, TheModuleIsTakenFromTheFolderTheEnvironmentNames)
+{
+    // The same copy of the tool, pointed at the module of this build.
+    std::filesystem::path const alone = _scratch / "alone/packager";
+    std::filesystem::create_directories(alone.parent_path());
+    std::filesystem::copy_file(PACKAGER_EXECUTABLE, alone);
+    CopyTree(kReleasedOutputs / "qt-tree/bmp");
+    std::filesystem::path const module = PACKAGER_QT_MODULE;
+    Process const process = RunToolReportingLibraries(
+        alone.string(), std::string("PACKAGER_QT_MODULE_DIR=") + ShellQuoted(module.parent_path().string()));
+    EXPECT_EQ(0, process.status);
+    ExpectTheReleasedOutputs(kReleasedOutputs / "qt-tree/expected", process);
+    EXPECT_THAT(process.errors, testing::HasSubstr(module.string()));
 }

@@ -7,6 +7,8 @@
 #include <unistd.h>
 
 #include <array>
+#include <cstdlib>
+#include <string>
 #include <utility>
 
 // Set by the build from the install layout: the module's folder relative to the executable's, and
@@ -44,21 +46,38 @@ std::string ExecutableFolder()
     return slash == std::string::npos ? std::string(".") : executable.substr(0, slash);
 }
 
-// The codec of the module at path, or nullptr with the loader's reason added to failures.
+// The loader's reason for the last failure. The text is copied at once: dlerror's buffer belongs to
+// the loader and is freed by a later dlclose.
+std::string LoaderReason()
+{
+    char const* const reason = ::dlerror();
+    return reason != nullptr ? std::string(reason) : std::string("no reason given");
+}
+
+// The codec of the module at path, or nullptr with the reason added to failures. A module that
+// is refused is closed again.
 ZarQtImageCodec const* OpenModule(std::string const& path, std::string& failures)
 {
-    void* handle = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-    char const* reason = nullptr;
-    if (handle != nullptr) {
-        if (auto entry = reinterpret_cast<ZarQtImageCodecEntry>(::dlsym(handle, ZAR_QT_IMAGE_CODEC_ENTRY)))
-            return entry();
-        reason = ::dlerror();
+    std::string reason;
+    if (void* const handle = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
+        auto const entry = reinterpret_cast<ZarQtImageCodecEntry>(::dlsym(handle, ZAR_QT_IMAGE_CODEC_ENTRY));
+        ZarQtImageCodec const* const codec = entry != nullptr ? entry() : nullptr;
+        if (entry == nullptr)
+            reason = LoaderReason();
+        else if (codec == nullptr)
+            reason = path + ": its " ZAR_QT_IMAGE_CODEC_ENTRY "() gave no codec";
+        else if (codec->version != ZAR_QT_IMAGE_CODEC_VERSION)
+            reason = path + ": its codec has version " + std::to_string(codec->version)
+                + ", this build needs " + std::to_string(ZAR_QT_IMAGE_CODEC_VERSION)
+                + " (a module of another build)";
+        else
+            return codec;
         ::dlclose(handle);
     } else {
-        reason = ::dlerror();
+        reason = LoaderReason();
     }
     failures += failures.empty() ? " tried " : "; ";
-    failures += path + " (" + (reason != nullptr ? reason : "no reason given") + ")";
+    failures += path + " (" + reason + ")";
     return nullptr;
 }
 
@@ -69,8 +88,9 @@ ZarQtImageCodec const& QtModule::Codec()
     ModuleState& state = State();
     if (state.codec != nullptr)
         return *state.codec;
-    std::vector<std::string> const paths
-        = state.searchPaths.empty() ? CandidatePaths(ExecutableFolder()) : state.searchPaths;
+    std::vector<std::string> const paths = state.searchPaths.empty()
+        ? CandidatePaths(ExecutableFolder(), std::getenv(kFolderVariable))
+        : state.searchPaths;
     std::string failures;
     for (std::string const& path : paths) {
         state.codec = OpenModule(path, failures);
@@ -82,9 +102,12 @@ ZarQtImageCodec const& QtModule::Codec()
         ZAR_SOURCE_INFO(), std::string("cannot load the Qt image module ") + kFileName + ":" + failures);
 }
 
-std::vector<std::string> QtModule::CandidatePaths(std::string const& executableFolder)
+std::vector<std::string> QtModule::CandidatePaths(
+    std::string const& executableFolder, char const* moduleFolder)
 {
     std::string const file = std::string("/") + kFileName;
+    if (moduleFolder != nullptr && moduleFolder[0] != '\0')
+        return { moduleFolder + file };
     return { executableFolder + file, executableFolder + "/" PACKAGER_QT_MODULE_RELATIVE_FOLDER + file,
         PACKAGER_QT_MODULE_INSTALLED_FOLDER + file };
 }

@@ -29,7 +29,7 @@ void Release(ZarQtImage* image)
     image->bits = nullptr;
 }
 
-constexpr ZarQtImageCodec kCodec { Load, Release };
+constexpr ZarQtImageCodec kCodec { ZAR_QT_IMAGE_CODEC_VERSION, Load, Release };
 
 } // namespace
 

@@ -19,7 +19,15 @@ struct ZarQtImage {
     void* owner; // the module's own handle of the image
 };
 
+// The layout of ZarQtImageCodec (and of ZarQtImage) this build was compiled with. A change to
+// either struct changes it, so that a module left over from another build is refused by name
+// rather than called through a struct that does not match.
+#define ZAR_QT_IMAGE_CODEC_VERSION 2
+
 struct ZarQtImageCodec {
+    // ZAR_QT_IMAGE_CODEC_VERSION of the module's build; first, so that a loader of any build can
+    // read it before trusting the rest.
+    unsigned version;
     // Decodes the file into image; a file that Qt cannot read gives an image of 0 bytes. The path
     // is taken byte for byte as Latin-1 text.
     void (*load)(char const* path, ZarQtImage* image);
