@@ -16,8 +16,8 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 
 namespace {
 
-// A list line loses these at both ends.
-constexpr std::string_view kTrimmed = " \t\r\n";
+using Zar::ResourcesLibrary::Image::InputSequence;
+
 constexpr std::string_view kExtension = ".bmp";
 
 std::string FolderOf(PackLayout::Kind kind) { return kind == PackLayout::Kind::Icon ? "icons" : "screens"; }
@@ -57,14 +57,15 @@ std::optional<std::string> PackExtractor::NameProblem(std::string const& name)
         return quoted + " cannot be a file name: it holds '/' or a NUL byte";
     if (name.find('\n') != std::string::npos)
         return quoted + " cannot be a line of list.txt: it holds a line feed";
-    if (kTrimmed.find(name.front()) != std::string_view::npos
-        || kTrimmed.find(name.back()) != std::string_view::npos)
+    std::string_view const whiteSpace = InputSequence::kWhiteSpace;
+    if (whiteSpace.find(name.front()) != std::string_view::npos
+        || whiteSpace.find(name.back()) != std::string_view::npos)
         return quoted + " starts or ends with white space, which a line of list.txt loses";
     if (name.find_first_of(PackExporter::kForbiddenNameCharacters) != std::string::npos)
         return quoted + " holds one of " + PackExporter::kForbiddenNameCharacters
             + ", which packager refuses";
     // The list line is the file name, and packager reads list lines up to this length.
-    if (name.size() + kExtension.size() > Zar::ResourcesLibrary::Image::InputSequence::kMaxLineLength)
+    if (name.size() + kExtension.size() > InputSequence::kMaxLineLength)
         return quoted + " is too long for a line of list.txt";
     return std::nullopt;
 }

@@ -8,6 +8,7 @@
 #include "PackExporter.h"
 
 #include "Zar/Lt/Core/ScratchFolder.h"
+#include "Zar/ResourcesLibrary/Image/InputSequence.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -22,6 +23,7 @@ using TestSupport::ReadText;
 using TestSupport::RunShellCommand;
 using TestSupport::ShellQuoted;
 using Zar::Lt::Core::ScratchFolder;
+using Zar::ResourcesLibrary::Image::InputSequence;
 using Zar::ResourcesLibrary::Tools::PackExporter;
 using Zar::ResourcesLibrary::Tools::Inspect::ImageGeometry;
 using Zar::ResourcesLibrary::Tools::Inspect::PackExtractor;
@@ -187,6 +189,22 @@ TEST(PackExtractorTest, RefusesEveryCharacterThatPackagerRefusesAndNoOther)
     }
     for (char const kept : std::string_view("_+:;!?()[]{}"))
         EXPECT_EQ(PackExtractor::NameProblem(std::string("Play") + kept + "Pause"), std::nullopt);
+}
+
+TEST(PackExtractorTest, RefusesTheWhiteSpaceThatAListLineLosesAndNoOther)
+{
+    // The list reader's own set, so that every name extract writes is read back as it was.
+    EXPECT_STREQ(InputSequence::kWhiteSpace, " \t\r\n");
+    for (char const lost : std::string_view(InputSequence::kWhiteSpace)) {
+        if (lost == '\n')
+            continue; // a line feed ends the line, which is a problem of its own
+        for (std::string const& name : { lost + std::string("Play"), "Play" + std::string(1, lost) })
+            EXPECT_EQ(PackExtractor::NameProblem(name),
+                "the image name '" + name
+                    + "' starts or ends with white space, which a line of list.txt loses");
+    }
+    for (char const kept : std::string_view("\v\f"))
+        EXPECT_EQ(PackExtractor::NameProblem(kept + std::string("Play") + kept), std::nullopt);
 }
 
 TEST(PackExtractorTest, RefusesTwoImagesOfOneName)

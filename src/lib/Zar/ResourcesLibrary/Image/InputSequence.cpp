@@ -19,7 +19,6 @@ constexpr char kAddListFunction[]
     = "void Zar::ResourcesLibrary::Image::InputSequence::AddList(const string&)";
 constexpr char kLoadAllFunction[]
     = "void Zar::ResourcesLibrary::Image::InputSequence::LoadAll(const Callback&, int)";
-constexpr char const* kWhiteSpace = " \t\r\n";
 
 // Reads one line, keeping at most maxLength characters of it: the rest of a longer line is
 // skipped up to its line feed, so the next line is read whole. Returns false at end of file.
@@ -41,10 +40,10 @@ bool ReadLine(std::istream& stream, std::string& line, size_t maxLength)
 std::string TrimmedName(std::string const& line)
 {
     std::string name = line.substr(0, line.find('\0'));
-    size_t const first = name.find_first_not_of(kWhiteSpace);
+    size_t const first = name.find_first_not_of(InputSequence::kWhiteSpace);
     if (first == std::string::npos)
         return {};
-    size_t const last = name.find_last_not_of(kWhiteSpace);
+    size_t const last = name.find_last_not_of(InputSequence::kWhiteSpace);
     return name.substr(first, last - first + 1);
 }
 

@@ -27,6 +27,8 @@ public:
 
     // A list line keeps at most this many characters; the rest of a longer line is dropped.
     static constexpr size_t kMaxLineLength = 255;
+    // A list line loses these at both ends.
+    static constexpr char kWhiteSpace[] = " \t\r\n";
 
     InputSequence(FileFormat format, std::string const& directory, std::string const& pattern, bool required);
     ~InputSequence();
