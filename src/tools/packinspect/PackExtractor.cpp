@@ -73,7 +73,7 @@ std::optional<std::string> PackExtractor::NameProblem(std::string const& name)
 std::optional<std::string> PackExtractor::Refusal() const
 {
     if (!_pack.IsPack())
-        return std::string("not a pack: no header sector with the magic \"ZAR\" and the format word 0.5.1.0");
+        return PackLister::NotAPackProblem();
     if (auto const problem
         = PackLister::GeometryProblem(_pack, _layout, _layout.IconGeometry(), _layout.ScreenGeometry()))
         return problem;

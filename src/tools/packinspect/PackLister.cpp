@@ -16,7 +16,7 @@ std::size_t PackLister::List(
     PackFile const& pack, ImageGeometry const& icon, ImageGeometry const& screen, std::ostream& out)
 {
     if (!pack.IsPack()) {
-        out << "problem: not a pack: no header sector with the magic \"ZAR\" and the format word 0.5.1.0\n";
+        out << "problem: " << NotAPackProblem() << '\n';
         return 1;
     }
     auto const layout = PackLayout::Compute(pack.Header(), icon, screen);
@@ -49,6 +49,12 @@ std::optional<std::string> PackLister::GeometryProblem(
             return "the file holds " + std::to_string(pack.Size()) + " bytes, not whole sectors: the image "
                 + image._name + " lies past its end";
     return std::nullopt;
+}
+
+std::string PackLister::NotAPackProblem()
+{
+    return "not a pack: no header sector with the magic \"ZAR\" and the format word "
+        + VersionText(Zar::Lt::Core::Version32(PackFormat::kFormatWord));
 }
 
 std::string PackLister::VersionText(Zar::Lt::Core::Version32 version)

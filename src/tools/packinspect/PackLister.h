@@ -26,6 +26,8 @@ public:
     // image's last byte is not the layout's either.
     static std::optional<std::string> GeometryProblem(PackFile const& pack, PackLayout const& layout,
         ImageGeometry const& icon, ImageGeometry const& screen);
+    // The problem of a file without a pack's header, as list reports it and extract refuses it.
+    static std::string NotAPackProblem();
     // "1.2.3.4".
     static std::string VersionText(Zar::Lt::Core::Version32 version);
 

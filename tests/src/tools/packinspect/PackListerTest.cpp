@@ -2,6 +2,8 @@
 
 #include "TestPacks.h"
 
+#include "Zar/ResourcesLibrary/Pack/PackFormat.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -86,6 +88,16 @@ TEST(PackListerTest, RefusesWhatIsNotAPack)
     auto unknownFormat = BuildPack(WorkedExample());
     PutU32(unknownFormat, 4, 7);
     EXPECT_EQ(List(unknownFormat)._problems, 1u);
+}
+
+TEST(PackListerTest, TheNotAPackProblemNamesTheFormatWordOfThePackFormat)
+{
+    using Zar::ResourcesLibrary::Pack::PackFormat;
+    EXPECT_EQ(PackLister::NotAPackProblem(),
+        "not a pack: no header sector with the magic \"ZAR\" and the format word 0.5.1.0");
+    EXPECT_EQ(PackLister::NotAPackProblem(),
+        "not a pack: no header sector with the magic \"ZAR\" and the format word "
+            + PackLister::VersionText(Zar::Lt::Core::Version32(PackFormat::kFormatWord)));
 }
 
 TEST(PackListerTest, ALyingCountEndsTheTable)
