@@ -127,11 +127,19 @@ void PackExtractor::WriteScript(std::filesystem::path const& folder) const
         "# packager on the PATH or the one that PACKAGER names.\n"
         "cd \"$(dirname \"$0\")\" && exec \"${PACKAGER:-packager}\" "
             + RebuildArguments() + '\n');
+    MakeExecutable(script);
+}
+
+void PackExtractor::MakeExecutable(std::filesystem::path const& file)
+{
     std::error_code error;
-    std::filesystem::permissions(script,
+    std::filesystem::permissions(file,
         std::filesystem::perms::owner_exec | std::filesystem::perms::group_exec
             | std::filesystem::perms::others_exec,
         std::filesystem::perm_options::add, error);
+    if (error)
+        throw ResourcesLibraryException(
+            ZAR_SOURCE_INFO(), "Cannot make " + file.string() + " executable: " + error.message());
 }
 
 std::string PackExtractor::RebuildCommand() const { return "packager " + RebuildArguments(); }

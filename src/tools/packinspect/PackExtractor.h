@@ -39,6 +39,10 @@ public:
 
     static constexpr char const* kScriptName = "rebuild.sh";
 
+    // Lets everyone who may read the file run it, as ./rebuild.sh is run. Throws
+    // ResourcesLibraryException when the file system refuses, as for a file that cannot be written.
+    static void MakeExecutable(std::filesystem::path const& file);
+
 private:
     std::optional<std::string> ImagesRefusal() const;
     void WriteFolder(std::filesystem::path const& folder, PackLayout::Kind kind) const;

@@ -9,6 +9,7 @@
 
 #include "Zar/Lt/Core/ScratchFolder.h"
 #include "Zar/ResourcesLibrary/Image/InputSequence.h"
+#include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -23,6 +24,7 @@ using TestSupport::ReadText;
 using TestSupport::RunShellCommand;
 using TestSupport::ShellQuoted;
 using Zar::Lt::Core::ScratchFolder;
+using Zar::ResourcesLibrary::ResourcesLibraryException;
 using Zar::ResourcesLibrary::Image::InputSequence;
 using Zar::ResourcesLibrary::Tools::PackExporter;
 using Zar::ResourcesLibrary::Tools::Inspect::ImageGeometry;
@@ -153,6 +155,15 @@ TEST(PackExtractorTest, WritesTheTreeAndTheScript)
     EXPECT_NE(permissions & std::filesystem::perms::owner_exec, std::filesystem::perms::none);
     // The icons come back framed, as packed: the pixels of Stop's BMP are the pack's.
     EXPECT_EQ(std::filesystem::file_size(folder / "out/bmp/icons/Stop.bmp"), 118u + 384u);
+}
+
+TEST(PackExtractorTest, AScriptThatCannotBeMadeExecutableIsAnError)
+{
+    ScratchFolder const folder;
+    std::string const missing = (folder / "rebuild.sh").string();
+    EXPECT_THAT([&] { PackExtractor::MakeExecutable(missing); },
+        testing::ThrowsMessage<ResourcesLibraryException>(
+            testing::StrEq("Cannot make " + missing + " executable: No such file or directory")));
 }
 
 TEST(PackExtractorTest, NamesThatCannotComeBackAreRefused)
