@@ -78,13 +78,14 @@ std::optional<std::vector<uint8_t>> InputFile::ReadWhole(char const* path)
     struct stat status { };
     if (::stat(path, &status) != 0 || !IsWholeReadable(status))
         return std::nullopt;
-    // Non-blocking in case the path was replaced by a pipe since; the descriptor's own status
-    // decides, so such a file is still left to the stream.
+    // The size from stat is used as it is: asking the open file again would cost every input one
+    // more system call. Non-blocking in case the path was replaced by a pipe in between: then the
+    // read finds nothing and the loader reports a file too short, rather than waiting on it.
     Descriptor const file(::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    if (file.Get() < 0 || ::fstat(file.Get(), &status) != 0 || !IsWholeReadable(status))
+    if (file.Get() < 0)
         return std::nullopt;
-    // The size comes from the file system, so the buffer holds no more than the file does. A file
-    // that shrinks meanwhile gives what it still held; one that grows is read to its size then.
+    // The buffer holds no more than the file system says the file does. A file that shrinks
+    // meanwhile gives what it still held; one that grows is read to its size then.
     std::vector<uint8_t> bytes(static_cast<size_t>(status.st_size));
     bytes.resize(ReadFully(file.Get(), bytes.data(), bytes.size()));
     return bytes;
