@@ -116,9 +116,7 @@ TEST(PackComparisonTest, AnIconAddedAtTheEnd)
 TEST(PackComparisonTest, OnlyTheVersionChanged)
 {
     auto const oldPack = BuildPack({ Icons(3) });
-    TreeRecipe newer { Icons(3) };
-    newer._arguments = "version 1.0.0.1 sector 12";
-    auto const newPack = BuildPack(newer);
+    auto const newPack = BuildPack({ Icons(3), "version 1.0.0.1 sector 12" });
     EXPECT_EQ(Printed(oldPack, newPack),
         "header   version 1.0.0.0 -> 1.0.0.1\n"
         "flash    the header sector: 1 sector, 4096 bytes\n");
@@ -127,9 +125,7 @@ TEST(PackComparisonTest, OnlyTheVersionChanged)
 TEST(PackComparisonTest, AnotherFirstSectorMovesEveryIconButNoScreen)
 {
     auto const oldPack = BuildPack({ Icons(2) });
-    TreeRecipe moved { Icons(2) };
-    moved._arguments = "version 1.0.0.0 sector 20";
-    auto const newPack = BuildPack(moved);
+    auto const newPack = BuildPack({ Icons(2), "version 1.0.0.0 sector 20" });
     EXPECT_EQ(Printed(oldPack, newPack),
         "moved    icon    Icon0  (sector 12 offset 0 -> sector 20 offset 0)\n"
         "moved    icon    Icon1  (sector 12 offset 384 -> sector 20 offset 384)\n"
