@@ -36,5 +36,8 @@ set(PACKINSPECT_EXECUTABLE \"$<TARGET_FILE:packinspect>\" CACHE FILEPATH \"The p
 include(\"${PROJECT_SOURCE_DIR}/cmake/Packager.cmake\")
 ")
 
-install(FILES ${PROJECT_SOURCE_DIR}/docs/packager.1 ${PROJECT_SOURCE_DIR}/docs/packinspect.1
-        DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+# The man pages carry the project's version.
+foreach(page packager packinspect)
+    configure_file(${PROJECT_SOURCE_DIR}/docs/${page}.1.in ${PROJECT_BINARY_DIR}/docs/${page}.1 @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/docs/${page}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+endforeach()

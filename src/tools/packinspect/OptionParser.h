@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <optional>
 #include <string>
@@ -7,10 +8,10 @@
 
 namespace Zar::ResourcesLibrary::Tools::Inspect {
 
-// The options of one subcommand, parsed by Qt's QCommandLineParser: "--name value", "--name=value",
-// "-x value", "-xvalue", switches without a value, and "--" to end the options; options may follow
-// the operands. A lone "-" is an operand. Qt's error texts are turned into this tool's own words.
-// Operands and values keep their bytes, whether they are UTF-8 or not.
+// The options of one subcommand, parsed over its option table as getopt_long does: "--name value",
+// "--name=value", "-x value", "-xvalue", switches without a value (short ones may run together), and
+// "--" to end the options; options may follow the operands. A lone "-" is an operand. Arguments are
+// taken as bytes, so operands and values keep them whether they are UTF-8 or not.
 class OptionParser {
 public:
     struct Option {
@@ -32,8 +33,10 @@ public:
     std::string const& Error() const { return _error; }
 
 private:
-    static std::string ErrorOf(std::string const& qtError, std::vector<std::string> const& unknown,
-        std::vector<std::string> const& arguments);
+    bool ParseLong(std::string const& text, std::vector<std::string> const& arguments, std::size_t& at);
+    bool ParseShorts(std::string const& text, std::vector<std::string> const& arguments, std::size_t& at);
+    template <typename Predicate> Option const* Find(Predicate const& matches) const;
+    bool Fail(std::string error);
 
     std::vector<Option> _options;
     std::map<std::string, std::string> _values;

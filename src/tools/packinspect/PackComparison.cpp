@@ -1,7 +1,5 @@
 #include "PackComparison.h"
 
-#include "PackLister.h"
-
 #include "Zar/ResourcesLibrary/Pack/PackFormat.h"
 
 #include <algorithm>
@@ -154,7 +152,7 @@ void PackComparison::CompareHeaders(PackHeader const& oldHeader, PackHeader cons
         if (before != after)
             _header.push_back(std::string(field) + " " + before + " -> " + after);
     };
-    note("version", PackLister::VersionText(oldHeader._version), PackLister::VersionText(newHeader._version));
+    note("version", oldHeader._version.Text(), newHeader._version.Text());
     note("first sector", std::to_string(oldHeader._firstSector), std::to_string(newHeader._firstSector));
     note("icons", std::to_string(oldHeader._iconCount), std::to_string(newHeader._iconCount));
     note("screens", std::to_string(oldHeader._screenCount), std::to_string(newHeader._screenCount));

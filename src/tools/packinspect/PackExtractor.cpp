@@ -1,7 +1,6 @@
 #include "PackExtractor.h"
 
 #include "BmpFile.h"
-#include "PackLister.h"
 
 #include "PackExporter.h"
 
@@ -73,9 +72,8 @@ std::optional<std::string> PackExtractor::NameProblem(std::string const& name)
 std::optional<std::string> PackExtractor::Refusal() const
 {
     if (!_pack.IsPack())
-        return PackLister::NotAPackProblem();
-    if (auto const problem
-        = PackLister::GeometryProblem(_pack, _layout, _layout.IconGeometry(), _layout.ScreenGeometry()))
+        return PackFile::NotAPackProblem();
+    if (auto const problem = _layout.GeometryProblem(_pack))
         return problem;
     return ImagesRefusal();
 }
@@ -147,8 +145,7 @@ std::string PackExtractor::RebuildCommand() const { return "packager " + Rebuild
 std::string PackExtractor::RebuildArguments() const
 {
     auto const& header = _pack.Header();
-    return "version " + PackLister::VersionText(header._version) + " sector "
-        + std::to_string(header._firstSector);
+    return "version " + header._version.Text() + " sector " + std::to_string(header._firstSector);
 }
 
 } // namespace Zar::ResourcesLibrary::Tools::Inspect

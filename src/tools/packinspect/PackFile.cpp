@@ -61,4 +61,10 @@ std::span<uint8_t const> PackFile::Slice(uint64_t offset, uint64_t length) const
     return std::span<uint8_t const>(_bytes).subspan(start, count);
 }
 
+std::string PackFile::NotAPackProblem()
+{
+    return "not a pack: no header sector with the magic \"ZAR\" and the format word "
+        + Zar::Lt::Core::Version32(PackFormat::kFormatWord).Text();
+}
+
 } // namespace Zar::ResourcesLibrary::Tools::Inspect

@@ -28,6 +28,8 @@ public:
     bool IsPack() const;
     // Requires HasHeader().
     Pack::PackHeader const& Header() const;
+    // The problem of a file without a pack's header, as list reports it and extract refuses it.
+    static std::string NotAPackProblem();
 
     // File sectors, a partial last sector included; sector 0 is the header.
     std::size_t SectorCount() const;

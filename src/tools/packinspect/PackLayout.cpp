@@ -68,4 +68,19 @@ std::string PackLayout::NameOf(std::size_t position, PackHeader const& header) c
     return position < header._names.size() ? header._names[position] : std::string();
 }
 
+std::optional<std::string> PackLayout::GeometryProblem(PackFile const& pack) const
+{
+    if (FileSectors() != pack.SectorCount())
+        return "the geometry --icon " + _icon.ToString() + " --screen " + _screen.ToString() + " lays "
+            + std::to_string(FileSectors()) + " sectors out, the file holds "
+            + std::to_string(pack.SectorCount()) + ": the geometry is probably not the pack's";
+    // The sectors are counted rounding up, so a file cut inside its last sector passes the count
+    // while that sector's images lack their last bytes.
+    for (auto const& image : _images)
+        if (image.FileOffset() + image._geometry.Size() > pack.Size())
+            return "the file holds " + std::to_string(pack.Size()) + " bytes, not whole sectors: the image "
+                + image._name + " lies past its end";
+    return std::nullopt;
+}
+
 } // namespace Zar::ResourcesLibrary::Tools::Inspect

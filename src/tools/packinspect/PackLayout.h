@@ -1,10 +1,12 @@
 #pragma once
 
 #include "ImageGeometry.h"
+#include "PackFile.h"
 
 #include "Zar/ResourcesLibrary/Pack/PackHeader.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -46,6 +48,10 @@ public:
     std::size_t FileSectors() const { return 1 + _iconSectors + _screenSectors; }
     // False when the header counts more images than a pack can hold; the layout stops there.
     bool IsComplete() const { return _complete; }
+    // Why this layout is not the file's, if it is not: the pack does not record its image sizes, so a
+    // wrong --icon or --screen shows only here. A file cut short of an image's last byte is not the
+    // layout's either.
+    std::optional<std::string> GeometryProblem(PackFile const& pack) const;
 
 private:
     void LayIcons(Pack::PackHeader const& header, ImageGeometry const& icon);

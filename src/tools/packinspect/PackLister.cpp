@@ -16,7 +16,7 @@ std::size_t PackLister::List(
     PackFile const& pack, ImageGeometry const& icon, ImageGeometry const& screen, std::ostream& out)
 {
     if (!pack.IsPack()) {
-        out << "problem: " << NotAPackProblem() << '\n';
+        out << "problem: " << PackFile::NotAPackProblem() << '\n';
         return 1;
     }
     auto const layout = PackLayout::Compute(pack.Header(), icon, screen);
@@ -24,7 +24,7 @@ std::size_t PackLister::List(
     PrintImages(layout, out);
 
     std::size_t problems = 0;
-    if (auto const problem = GeometryProblem(pack, layout, icon, screen)) {
+    if (auto const problem = layout.GeometryProblem(pack)) {
         out << "problem: " << *problem << '\n';
         ++problems;
     }
@@ -35,34 +35,6 @@ std::size_t PackLister::List(
     return problems;
 }
 
-std::optional<std::string> PackLister::GeometryProblem(
-    PackFile const& pack, PackLayout const& layout, ImageGeometry const& icon, ImageGeometry const& screen)
-{
-    if (layout.FileSectors() != pack.SectorCount())
-        return "the geometry --icon " + icon.ToString() + " --screen " + screen.ToString() + " lays "
-            + std::to_string(layout.FileSectors()) + " sectors out, the file holds "
-            + std::to_string(pack.SectorCount()) + ": the geometry is probably not the pack's";
-    // The sectors are counted rounding up, so a file cut inside its last sector passes the count
-    // while that sector's images lack their last bytes.
-    for (auto const& image : layout.Images())
-        if (image.FileOffset() + image._geometry.Size() > pack.Size())
-            return "the file holds " + std::to_string(pack.Size()) + " bytes, not whole sectors: the image "
-                + image._name + " lies past its end";
-    return std::nullopt;
-}
-
-std::string PackLister::NotAPackProblem()
-{
-    return "not a pack: no header sector with the magic \"ZAR\" and the format word "
-        + VersionText(Zar::Lt::Core::Version32(PackFormat::kFormatWord));
-}
-
-std::string PackLister::VersionText(Zar::Lt::Core::Version32 version)
-{
-    return std::to_string(version.Major()) + "." + std::to_string(version.Minor()) + "."
-        + std::to_string(version.Patch()) + "." + std::to_string(version.Build());
-}
-
 void PackLister::PrintSummary(PackFile const& pack, PackLayout const& layout, ImageGeometry const& icon,
     ImageGeometry const& screen, std::ostream& out)
 {
@@ -71,8 +43,8 @@ void PackLister::PrintSummary(PackFile const& pack, PackLayout const& layout, Im
     std::size_t const freeSectors
         = usedSectors < PackFormat::kStoreSectors ? PackFormat::kStoreSectors - usedSectors : 0;
 
-    out << "version       " << VersionText(header._version) << "\nformat        "
-        << VersionText(Zar::Lt::Core::Version32(header._format)) << "\nfirst sector  " << header._firstSector
+    out << "version       " << header._version.Text() << "\nformat        "
+        << Zar::Lt::Core::Version32(header._format).Text() << "\nfirst sector  " << header._firstSector
         << "\nicons         " << header._iconCount << " (" << icon.ToString() << ", " << icon.Size()
         << " bytes each, " << layout.IconSectors() << " sectors)"
         << "\nscreens       " << header._screenCount << " (" << screen.ToString() << ", " << screen.Size()

@@ -4,8 +4,6 @@
 #include "PackFile.h"
 #include "PackLayout.h"
 
-#include "Zar/Lt/Core/Version32.h"
-
 #include <iosfwd>
 #include <optional>
 #include <string>
@@ -20,16 +18,6 @@ public:
     // file); 0 when the listing is sound.
     static std::size_t List(
         PackFile const& pack, ImageGeometry const& icon, ImageGeometry const& screen, std::ostream& out);
-
-    // Why the layout that the geometry gives is not the file's, if it is not: the pack does not
-    // record its image sizes, so a wrong --icon or --screen shows only here. A file cut short of an
-    // image's last byte is not the layout's either.
-    static std::optional<std::string> GeometryProblem(PackFile const& pack, PackLayout const& layout,
-        ImageGeometry const& icon, ImageGeometry const& screen);
-    // The problem of a file without a pack's header, as list reports it and extract refuses it.
-    static std::string NotAPackProblem();
-    // "1.2.3.4".
-    static std::string VersionText(Zar::Lt::Core::Version32 version);
 
 private:
     static void PrintSummary(PackFile const& pack, PackLayout const& layout, ImageGeometry const& icon,

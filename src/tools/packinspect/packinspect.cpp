@@ -1,5 +1,6 @@
-// The packinspect tool: verifies, lists and renders resource packs, and checks bmp trees before they
-// are packed.
+// The packinspect tool: verifies, lists, renders, extracts and compares the resource packs that
+// packager writes, and checks bmp trees before they are packed. Its commands are listed in
+// CommandTable.cpp.
 
 #include "CommandLine.h"
 

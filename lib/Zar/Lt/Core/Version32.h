@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 namespace Zar::Lt::Core {
 
@@ -24,6 +25,13 @@ public:
     constexpr uint8_t Minor() const { return static_cast<uint8_t>(_value >> 16); }
     constexpr uint8_t Patch() const { return static_cast<uint8_t>(_value >> 8); }
     constexpr uint8_t Build() const { return static_cast<uint8_t>(_value); }
+
+    // "1.2.3.4".
+    std::string Text() const
+    {
+        return std::to_string(Major()) + "." + std::to_string(Minor()) + "." + std::to_string(Patch()) + "."
+            + std::to_string(Build());
+    }
 
     constexpr bool operator==(Version32 const&) const = default;
 

@@ -1,4 +1,5 @@
 #include "CommandLine.h"
+#include "CommandTable.h"
 
 #include "ContactSheet.h"
 #include "DiffSheet.h"
@@ -18,6 +19,7 @@
 
 #include <map>
 #include <regex>
+#include <set>
 #include <sstream>
 
 using namespace PackInspectTest;
@@ -31,7 +33,9 @@ using TestSupport::ShellQuoted;
 using TestSupport::WriteFile;
 using Zar::Lt::Core::ScratchFolder;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
+using Zar::ResourcesLibrary::Tools::Inspect::Command;
 using Zar::ResourcesLibrary::Tools::Inspect::CommandLine;
+using Zar::ResourcesLibrary::Tools::Inspect::CommandTable;
 using Zar::ResourcesLibrary::Tools::Inspect::ContactSheet;
 using Zar::ResourcesLibrary::Tools::Inspect::DiffSheet;
 using Zar::ResourcesLibrary::Tools::Inspect::ImageGeometry;
@@ -52,6 +56,15 @@ Result Inspect(std::vector<std::string> const& arguments)
     std::ostringstream err;
     int const status = CommandLine(out, err).Run(arguments);
     return { status, out.str(), err.str() };
+}
+
+// The help text of a command of the table.
+std::string HelpOf(std::string_view name)
+{
+    Command const* command = CommandTable::Find(name);
+    if (command == nullptr)
+        throw std::logic_error("no command " + std::string(name));
+    return command->_help();
 }
 
 std::string UsageText(std::string const& name, std::string const& message)
@@ -158,33 +171,79 @@ TEST(CommandLineTest, ShowsHelpAndVersion)
 
 TEST(CommandLineTest, EveryCommandHasItsHelp)
 {
-    std::pair<char const*, std::string> const commands[]
-        = { { "verify", CommandLine::VerifyHelp() }, { "list", CommandLine::ListHelp() },
-              { "render", CommandLine::RenderHelp() }, { "check", CommandLine::CheckHelp() },
-              { "extract", CommandLine::ExtractHelp() }, { "diff", CommandLine::DiffHelp() } };
-    for (auto const& [command, help] : commands) {
+    for (Command const* command : CommandTable::All()) {
+        std::string const name(command->_name);
         for (std::string const option : { "--help", "-h" }) {
-            auto const result = Inspect({ command, option });
-            EXPECT_EQ(result._status, 0) << command;
-            EXPECT_EQ(result._out, help) << command;
-            EXPECT_THAT(result._out, StartsWith(std::string("Usage: packinspect ") + command)) << command;
+            auto const result = Inspect({ name, option });
+            EXPECT_EQ(result._status, 0) << name;
+            EXPECT_EQ(result._out, command->_help()) << name;
+            EXPECT_THAT(result._out, StartsWith("Usage: packinspect " + name)) << name;
         }
     }
 }
 
+TEST(CommandLineTest, TheMainHelpListsEveryCommandOfTheTable)
+{
+    std::string const help = CommandLine::MainHelp();
+    for (Command const* command : CommandTable::All()) {
+        std::string const synopsis = "\n  " + std::string(command->_synopsis) + " ";
+        EXPECT_THAT(help, HasSubstr(synopsis)) << command->_name;
+        std::string const summary(command->_summary.substr(0, command->_summary.find('\n')));
+        EXPECT_THAT(help, HasSubstr(summary + "\n")) << command->_name;
+    }
+    // A summary's later lines stand under its first.
+    EXPECT_THAT(help,
+        HasSubstr("  check [ROOT]            pack a bmp tree (default bmp/) as packager would and\n"
+                  "                          report every image that would fail\n"));
+}
+
+// The commands the man page describes: the first word of each tagged paragraph of its COMMANDS
+// section.
+std::set<std::string> ManPageCommands(std::string const& page)
+{
+    std::set<std::string> commands;
+    auto const start = page.find("\n.SH COMMANDS\n");
+    std::istringstream lines(page.substr(start, page.find("\n.SH ", start + 1) - start));
+    std::regex const tag(R"(^\.BI? (\w+)\b.*)");
+    bool tagged = false;
+    for (std::string line; std::getline(lines, line);) {
+        std::smatch match;
+        if (tagged && std::regex_match(line, match, tag))
+            commands.insert(match[1]);
+        tagged = line == ".TP";
+    }
+    return commands;
+}
+
+TEST(CommandLineTest, TheManPageDescribesEveryCommandOfTheTableAndNoOther)
+{
+    std::set<std::string> table;
+    for (Command const* command : CommandTable::All())
+        table.emplace(command->_name);
+    std::string const page = ReadText(std::string(PACKAGER_BINARY_DIR) + "/docs/packinspect.1");
+    EXPECT_EQ(ManPageCommands(page), table);
+    for (auto const& name : table)
+        EXPECT_THAT(page, HasSubstr(".B packinspect " + name + "\n")) << "the synopsis lacks " << name;
+}
+
+TEST(CommandLineTest, TheReadmeShowsEveryCommandOfTheTable)
+{
+    std::string const readme = ReadText(std::string(PACKAGER_SOURCE_DIR) + "/README.md");
+    for (Command const* command : CommandTable::All())
+        EXPECT_THAT(readme, HasSubstr("packinspect " + std::string(command->_name) + " ")) << command->_name;
+}
+
 TEST(CommandLineTest, HelpTextsSpellOutThePacksNumbers)
 {
-    for (std::string const& help :
-        { CommandLine::VerifyHelp(), CommandLine::ListHelp(), CommandLine::RenderHelp(),
-            CommandLine::CheckHelp(), CommandLine::ExtractHelp(), CommandLine::DiffHelp() })
-        EXPECT_EQ(help.find('{'), std::string::npos) << help;
-    EXPECT_THAT(CommandLine::VerifyHelp(), HasSubstr("whole 4096-byte\nsectors"));
-    EXPECT_THAT(CommandLine::VerifyHelp(), HasSubstr("screen sectors at 247 and\non)"));
-    EXPECT_THAT(CommandLine::VerifyHelp(), HasSubstr("names area within its 3552 bytes"));
-    EXPECT_THAT(CommandLine::ListHelp(), HasSubstr("free of the 256-sector store"));
-    EXPECT_THAT(CommandLine::ListHelp(), HasSubstr("(first sector - 2) x 10, screens from 0"));
-    EXPECT_THAT(CommandLine::CheckHelp(), HasSubstr("(default 12)\n"));
-    EXPECT_THAT(CommandLine::DiffHelp(),
+    for (Command const* command : CommandTable::All())
+        EXPECT_EQ(command->_help().find('{'), std::string::npos) << command->_help();
+    EXPECT_THAT(HelpOf("verify"), HasSubstr("whole 4096-byte\nsectors"));
+    EXPECT_THAT(HelpOf("verify"), HasSubstr("screen sectors at 247 and\non)"));
+    EXPECT_THAT(HelpOf("verify"), HasSubstr("names area within its 3552 bytes"));
+    EXPECT_THAT(HelpOf("list"), HasSubstr("free of the 256-sector store"));
+    EXPECT_THAT(HelpOf("list"), HasSubstr("(first sector - 2) x 10, screens from 0"));
+    EXPECT_THAT(HelpOf("check"), HasSubstr("(default 12)\n"));
+    EXPECT_THAT(HelpOf("diff"),
         HasSubstr("      --icon=WxH      icon size in pixels (default 32x24)\n"
                   "      --screen=WxH    screen size in pixels (default 256x64)\n"
                   "  -h, --help"));
@@ -192,11 +251,11 @@ TEST(CommandLineTest, HelpTextsSpellOutThePacksNumbers)
 
 TEST(CommandLineTest, CommandsRefuseUnknownOptions)
 {
-    for (char const* command : { "verify", "list", "render", "check", "extract", "diff" }) {
-        auto const result = Inspect({ command, "--frobnicate" });
-        EXPECT_EQ(result._status, 2) << command;
-        EXPECT_EQ(
-            result._err, UsageText(std::string("packinspect ") + command, "unknown option '--frobnicate'"));
+    for (Command const* command : CommandTable::All()) {
+        std::string const name(command->_name);
+        auto const result = Inspect({ name, "--frobnicate" });
+        EXPECT_EQ(result._status, 2) << name;
+        EXPECT_EQ(result._err, UsageText("packinspect " + name, "unknown option '--frobnicate'"));
     }
 }
 
@@ -338,12 +397,12 @@ TEST(CommandLineTest, RenderReportsAnOutputItCannotWrite)
 
 TEST(CommandLineTest, HelpsDeriveThePackNumbersFromTheFormat)
 {
-    EXPECT_THAT(CommandLine::VerifyHelp(), HasSubstr("whole 4096-byte\nsectors"));
-    EXPECT_THAT(CommandLine::VerifyHelp(), HasSubstr("screen sectors at 247 and"));
-    EXPECT_THAT(CommandLine::VerifyHelp(), HasSubstr("names area within its 3552 bytes"));
-    EXPECT_THAT(CommandLine::ListHelp(), HasSubstr("free of the 256-sector store"));
-    EXPECT_THAT(CommandLine::ExtractHelp(), HasSubstr("frame over the same pixels"));
-    EXPECT_THAT(CommandLine::DiffHelp(), HasSubstr("2 on trouble"));
+    EXPECT_THAT(HelpOf("verify"), HasSubstr("whole 4096-byte\nsectors"));
+    EXPECT_THAT(HelpOf("verify"), HasSubstr("screen sectors at 247 and"));
+    EXPECT_THAT(HelpOf("verify"), HasSubstr("names area within its 3552 bytes"));
+    EXPECT_THAT(HelpOf("list"), HasSubstr("free of the 256-sector store"));
+    EXPECT_THAT(HelpOf("extract"), HasSubstr("frame over the same pixels"));
+    EXPECT_THAT(HelpOf("diff"), HasSubstr("2 on trouble"));
 }
 
 TEST(CommandLineTest, ExtractNeedsOnePackAndAFolder)

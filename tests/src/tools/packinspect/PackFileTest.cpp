@@ -5,6 +5,7 @@
 
 #include "Zar/Lt/Core/ScratchFolder.h"
 #include "Zar/Lt/Exceptions/PreCondition.h"
+#include "Zar/ResourcesLibrary/Pack/PackFormat.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
 #include <gmock/gmock.h>
@@ -79,4 +80,14 @@ TEST(PackFileTest, SectorsAndSlicesStopAtTheEndOfTheFile)
     EXPECT_TRUE(pack.Slice(5000, 10).empty());
     EXPECT_TRUE(pack.Slice(UINT64_MAX, UINT64_MAX).empty());
     EXPECT_EQ(pack.Slice(0, UINT64_MAX).size(), 4196u);
+}
+
+TEST(PackFileTest, TheNotAPackProblemNamesTheFormatWordOfThePackFormat)
+{
+    using Zar::ResourcesLibrary::Pack::PackFormat;
+    EXPECT_EQ(PackFile::NotAPackProblem(),
+        "not a pack: no header sector with the magic \"ZAR\" and the format word 0.5.1.0");
+    EXPECT_EQ(PackFile::NotAPackProblem(),
+        "not a pack: no header sector with the magic \"ZAR\" and the format word "
+            + Zar::Lt::Core::Version32(PackFormat::kFormatWord).Text());
 }

@@ -90,16 +90,6 @@ TEST(PackListerTest, RefusesWhatIsNotAPack)
     EXPECT_EQ(List(unknownFormat)._problems, 1u);
 }
 
-TEST(PackListerTest, TheNotAPackProblemNamesTheFormatWordOfThePackFormat)
-{
-    using Zar::ResourcesLibrary::Pack::PackFormat;
-    EXPECT_EQ(PackLister::NotAPackProblem(),
-        "not a pack: no header sector with the magic \"ZAR\" and the format word 0.5.1.0");
-    EXPECT_EQ(PackLister::NotAPackProblem(),
-        "not a pack: no header sector with the magic \"ZAR\" and the format word "
-            + PackLister::VersionText(Zar::Lt::Core::Version32(PackFormat::kFormatWord)));
-}
-
 TEST(PackListerTest, ALyingCountEndsTheTable)
 {
     auto bytes = BuildPack(WorkedExample());

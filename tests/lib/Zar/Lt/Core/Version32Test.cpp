@@ -70,5 +70,11 @@ TEST(Version32Test, PartsAndValueDescribeTheSameVersion)
     EXPECT_NE(Version32(0, 6, 0, 0), Version32(0, 6, 0, 1));
 }
 
+TEST(Version32Test, TextIsThePartsInDecimalMajorFirst)
+{
+    EXPECT_EQ("1.2.3.4", Version32(1, 2, 3, 4).Text());
+    EXPECT_EQ("255.0.10.200", Version32(0xFF000AC8u).Text());
+}
+
 } // namespace
 } // namespace Zar::Lt::Core

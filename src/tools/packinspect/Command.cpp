@@ -1,0 +1,54 @@
+#include "Command.h"
+
+#include "CommandLine.h"
+#include "PackArguments.h"
+
+#include "Zar/ResourcesLibrary/Pack/PackFormat.h"
+
+#include <ostream>
+#include <utility>
+
+namespace Zar::ResourcesLibrary::Tools::Inspect {
+
+using Zar::ResourcesLibrary::Pack::PackFormat;
+
+std::string Command::HelpText(std::string text)
+{
+    std::pair<std::string_view, std::string> const fillIns[] = {
+        { "{sector size}", std::to_string(PackFormat::kSectorSize) },
+        { "{store sectors}", std::to_string(PackFormat::kStoreSectors) },
+        { "{first screen sector}", std::to_string(PackFormat::kFirstScreenSector) },
+        { "{names capacity}", std::to_string(PackFormat::kNamesCapacity) },
+        { "{icons per sector}", std::to_string(PackFormat::kIconsPerMappedSector) },
+        { "{default sector}", std::to_string(PackFormat::kDefaultFirstSector) },
+        { "{size options}", PackArguments::SizeOptionsHelp() },
+    };
+    for (auto const& [placeholder, value] : fillIns) {
+        for (auto at = text.find(placeholder); at != std::string::npos;
+             at = text.find(placeholder, at + value.size()))
+            text.replace(at, placeholder.size(), value);
+    }
+    return text;
+}
+
+Invocation::Invocation(
+    Command const& command, OptionParser const& options, std::ostream& out, std::ostream& err)
+    : _command(command)
+    , _options(options)
+    , _out(out)
+    , _err(err)
+{
+}
+
+int Invocation::UsageError(std::string const& message)
+{
+    return CommandLine::UsageError(_err, "packinspect " + std::string(_command._name), message);
+}
+
+int Invocation::Problem(std::string const& message, ExitStatus status)
+{
+    _err << "packinspect " << _command._name << ": " << message << '\n';
+    return status;
+}
+
+} // namespace Zar::ResourcesLibrary::Tools::Inspect

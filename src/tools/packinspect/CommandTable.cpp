@@ -1,0 +1,37 @@
+#include "CommandTable.h"
+
+#include <algorithm>
+#include <array>
+
+namespace Zar::ResourcesLibrary::Tools::Inspect {
+
+// Each command's own file defines its row.
+Command const& VerifyCommand();
+Command const& ListCommand();
+Command const& RenderCommand();
+Command const& CheckCommand();
+Command const& ExtractCommand();
+Command const& DiffCommand();
+
+std::span<Command const* const> CommandTable::All()
+{
+    static auto const commands = std::to_array<Command const*>({
+        &VerifyCommand(),
+        &ListCommand(),
+        &RenderCommand(),
+        &CheckCommand(),
+        &ExtractCommand(),
+        &DiffCommand(),
+    });
+    return commands;
+}
+
+Command const* CommandTable::Find(std::string_view name)
+{
+    auto const commands = All();
+    auto const found = std::find_if(
+        commands.begin(), commands.end(), [name](Command const* command) { return command->_name == name; });
+    return found == commands.end() ? nullptr : *found;
+}
+
+} // namespace Zar::ResourcesLibrary::Tools::Inspect
