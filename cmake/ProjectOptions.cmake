@@ -43,6 +43,16 @@ function(zar_add_library name)
     add_library(${ARG_ALIAS} ALIAS ${name})
 endfunction()
 
+# zar_add_packager_main(<target>)
+# Compiles the packager's main source into the target once more, with main renamed PackagerMain, so
+# that tests, benchmarks and fuzz targets call the tool's command line and build driver in-process.
+function(zar_add_packager_main target)
+    set(source ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/../src/tools/packager/packager.cpp)
+    cmake_path(NORMAL_PATH source)
+    target_sources(${target} PRIVATE ${source})
+    set_source_files_properties(${source} PROPERTIES COMPILE_DEFINITIONS "main=PackagerMain")
+endfunction()
+
 # zar_add_test_folder(<name> SOURCES <file>... [DEPS <target>...])
 # Builds the listed *Test.cpp files of the calling folder (and the headers they share) into one
 # GoogleTest executable, whose tests are registered with CTest one by one.

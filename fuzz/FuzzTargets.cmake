@@ -7,9 +7,11 @@
 
 set(ZAR_FUZZ_DIR ${CMAKE_CURRENT_LIST_DIR})
 
-# zar_add_fuzz_target(<name> <source> DEPS <target>... [SOURCES <file>...])
+# zar_add_fuzz_target(<name> <source> DEPS <target>... [SOURCES <file>...] [PACKAGER_MAIN])
+# PACKAGER_MAIN compiles the tool's own main in as PackagerMain, since libFuzzer or ReplayMain.cpp
+# brings the program's main.
 function(zar_add_fuzz_target name source)
-    cmake_parse_arguments(ARG "" "" "DEPS;SOURCES" ${ARGN})
+    cmake_parse_arguments(ARG "PACKAGER_MAIN" "" "DEPS;SOURCES" ${ARGN})
     if(ZAR_FUZZ_REPLAY)
         set(target fuzz_replay_${name})
         add_executable(${target} ${ZAR_FUZZ_DIR}/${source} ${ZAR_FUZZ_DIR}/FuzzCheck.h ${ZAR_FUZZ_DIR}/ReplayMain.cpp
@@ -28,6 +30,9 @@ function(zar_add_fuzz_target name source)
     endif()
     target_link_libraries(${target} PRIVATE ${ARG_DEPS})
     target_include_directories(${target} PRIVATE ${ZAR_FUZZ_DIR})
+    if(ARG_PACKAGER_MAIN)
+        zar_add_packager_main(${target})
+    endif()
 endfunction()
 
 zar_add_fuzz_target(bmp_input BmpInputFuzzer.cpp DEPS Zar::Image)
@@ -41,8 +46,5 @@ zar_add_fuzz_target(case_conversion CaseFuzzer.cpp DEPS Zar::LtCore)
 find_package(Qt5 5.15 REQUIRED COMPONENTS Core)
 zar_add_fuzz_target(selected_variant_name SelectedVariantNameFuzzer.cpp DEPS Zar::Packager Qt5::Core)
 
-# The end-to-end target calls the tool's build driver; the tool's source is compiled in once more
-# with its main renamed, since libFuzzer or ReplayMain.cpp brings the program's main.
-get_filename_component(zar_packager_main "${ZAR_FUZZ_DIR}/../src/tools/packager/packager.cpp" ABSOLUTE)
-zar_add_fuzz_target(build BuildFuzzer.cpp DEPS Zar::Packager Zar::TestSupport SOURCES ${zar_packager_main})
-set_source_files_properties(${zar_packager_main} PROPERTIES COMPILE_DEFINITIONS "main=PackagerMain")
+# The end-to-end target calls the tool's build driver.
+zar_add_fuzz_target(build BuildFuzzer.cpp DEPS Zar::Packager Zar::TestSupport PACKAGER_MAIN)

@@ -7,18 +7,17 @@
 #include "SelectedVariantName.h"
 
 #include "Zar/Lt/Core/Path.h"
-#include "Zar/Lt/Core/StringCollection/RawPStringArray.h"
 #include "Zar/Lt/Core/StringExtension/Case.h"
 #include "Zar/Lt/Exceptions/Check.h"
 #include "Zar/ResourcesLibrary/Image/ClonePaint4Bpp.h"
 #include "Zar/ResourcesLibrary/Image/InputSequence.h"
 #include "Zar/ResourcesLibrary/Pack/PackFormat.h"
+#include "Zar/ResourcesLibrary/Pack/PackHeader.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <cstring>
 #include <iomanip>
 #include <ostream>
 #include <sstream>
@@ -31,6 +30,7 @@ using Zar::ResourcesLibrary::Image::ClonePaint4Bpp;
 using Zar::ResourcesLibrary::Image::Color4Bpp;
 using Zar::ResourcesLibrary::Image::MutableImage;
 using Zar::ResourcesLibrary::Pack::PackFormat;
+using Zar::ResourcesLibrary::Pack::PackHeader;
 
 // The places recorded in the exporter's own failures are fixed, so that logs stay comparable
 // between builds of the tool.
@@ -52,19 +52,11 @@ constexpr char kProcessIconFunction[]
 // The exporter counts the bytes of a sector in int, as its offset member does.
 constexpr int kSectorSize = static_cast<int>(PackFormat::kSectorSize);
 
-using Header = std::array<uint8_t, PackFormat::kSectorSize>;
-// The names area's two counters are the header fields in front of its bytes, so the whole block is
-// laid into the header at once.
-using NamesArea = Zar::Lt::Core::RawPStringArray<PackFormat::kNamesCapacity>;
-static_assert(PackFormat::kNamesUsedOffset + offsetof(NamesArea, count) == PackFormat::kNamesCountOffset);
-static_assert(PackFormat::kNamesUsedOffset + offsetof(NamesArea, data) == PackFormat::kNamesOffset);
-static_assert(PackFormat::kNamesUsedOffset + sizeof(NamesArea) == PackFormat::kSectorSize);
-
-void PutCrcEntry(Header& header, uint64_t sector, uint16_t crc)
+void PutCrcEntry(PackHeader& header, uint64_t sector, uint16_t crc)
 {
     // A sector number beyond the target's store has no entry to hold its CRC.
     if (sector < PackFormat::kStoreSectors)
-        PackFormat::WriteU16(header, PackFormat::CrcEntryOffset(static_cast<uint32_t>(sector)), crc);
+        header._crcTable[sector] = crc;
 }
 
 // The first icon sector as the header and the summary give it: a 16-bit sector number. Any int is
@@ -150,14 +142,13 @@ void PackExporter::WriteHeader()
 {
     _packFile.seekp(0);
 
-    Header header {};
-    std::copy(
-        PackFormat::kMagic.begin(), PackFormat::kMagic.end(), header.begin() + PackFormat::kMagicOffset);
-    PackFormat::WriteU32(header, PackFormat::kFormatOffset, PackFormat::kFormatWord);
-    PackFormat::WriteU32(header, PackFormat::kVersionOffset, _version.Value());
-    PackFormat::WriteU32(header, PackFormat::kFirstSectorOffset, FirstSectorField(_firstSector));
-    PackFormat::WriteU32(header, PackFormat::kIconCountOffset, static_cast<uint32_t>(_iconsCount));
-    PackFormat::WriteU32(header, PackFormat::kScreenCountOffset, static_cast<uint32_t>(_screensCount));
+    PackHeader header;
+    header._magic = PackFormat::kMagic;
+    header._format = PackFormat::kFormatWord;
+    header._version = _version;
+    header._firstSector = FirstSectorField(_firstSector);
+    header._iconCount = static_cast<uint32_t>(_iconsCount);
+    header._screenCount = static_cast<uint32_t>(_screensCount);
 
     PrintSummary();
 
@@ -173,12 +164,13 @@ void PackExporter::WriteHeader()
     for (uint64_t j = 0; j < screenSectors; ++j)
         PutCrcEntry(header, PackFormat::ScreenSector(j), _crcTable[iconSectors + j]);
 
-    NamesArea names;
+    PackFormat::NamesArea names;
     names.Append(_imageNames);
-    std::memcpy(header.data() + PackFormat::kNamesUsedOffset, &names, sizeof names);
+    header.SetNames(names);
 
+    auto const sector = header.Write();
     _packFile.write(
-        reinterpret_cast<char const*>(header.data()), static_cast<std::streamsize>(header.size()));
+        reinterpret_cast<char const*>(sector.data()), static_cast<std::streamsize>(sector.size()));
 }
 
 void PackExporter::Process(Zar::ResourcesLibrary::Image::InputSequence& sequence)

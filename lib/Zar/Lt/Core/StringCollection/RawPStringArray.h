@@ -68,9 +68,4 @@ private:
     }
 };
 
-// The pack header places this block at offset 536, where it ends exactly at the end of the header.
-static_assert(sizeof(RawPStringArray<3552>) == 8 + 3552);
-static_assert(std::is_standard_layout_v<RawPStringArray<3552>>);
-static_assert(std::is_trivially_copyable_v<RawPStringArray<3552>>);
-
 } // namespace Zar::Lt::Core

@@ -66,7 +66,7 @@ Paint4Bpp::RowRuns Paint4Bpp::RunsOf(Rect const& r) const
     if (width <= 0 || height <= 0)
         return RowRuns {};
     int64_t const start = PixelOffset(static_cast<uint16_t>(r._x), static_cast<uint16_t>(r._y));
-    int64_t const count = (int64_t { BitsPerPixel() } * width + 7) / 8;
+    int64_t const count = BytesOfPixels(width);
     RequireRows(start, height, count);
     return RowRuns { start, count, height };
 }
@@ -183,7 +183,7 @@ void Paint4Bpp::DrawRoundedSelected()
     int32_t const height = _area._height - 4;
     if (_area._height <= 4 || width <= 0)
         return;
-    int64_t const count = (int64_t { BitsPerPixel() } * width + 7) / 8;
+    int64_t const count = BytesOfPixels(width);
     int64_t const start = PixelOffset(2, 2);
     auto const first = static_cast<uint8_t>((_pen & 0x0F) | kCornerHigh);
     auto const final = static_cast<uint8_t>((_pen & 0xF0) | kCornerLow);
@@ -285,7 +285,7 @@ uint8_t* Paint4Bpp::PixelPointer(uint16_t x, uint16_t y) const
 {
     auto const column = static_cast<uint16_t>(x + _area._x);
     auto const row = static_cast<uint16_t>(y + _area._y);
-    return Target().GetLine(row) + (BitsPerPixel() * column + 7) / 8;
+    return Target().GetLine(row) + BytesOfPixels(column);
 }
 
 MutableImage& Paint4Bpp::Target() const
@@ -306,7 +306,12 @@ int64_t Paint4Bpp::PixelOffset(uint16_t x, uint16_t y) const
     // GetLine may size the buffer, so its start is read only after the call.
     uint8_t const* const line = Target().GetLine(row);
     int64_t const rowStart = line - _image->Buffer().data();
-    return rowStart + (int64_t { BitsPerPixel() } * column + 7) / 8;
+    return rowStart + BytesOfPixels(column);
+}
+
+int64_t Paint4Bpp::BytesOfPixels(int64_t pixels) const
+{
+    return (int64_t { BitsPerPixel() } * pixels + 7) / 8;
 }
 
 uint8_t& Paint4Bpp::ByteAt(int64_t offset) const
@@ -366,7 +371,7 @@ void Paint4Bpp::DrawColumn(uint16_t x, uint16_t inset, uint8_t mask)
 void Paint4Bpp::DrawFrameRuns(uint16_t inset, uint8_t value)
 {
     // Both roundings apply to an odd inset, so its runs begin one byte further in than its sides.
-    int64_t const skip = (int64_t { inset } * BitsPerPixel() + 7) / 8 + (inset % 2 != 0 ? 1 : 0);
+    int64_t const skip = BytesOfPixels(inset) + (inset % 2 != 0 ? 1 : 0);
     int64_t const count = int64_t { GetBytes() } - 2 * skip;
     auto const height = static_cast<uint16_t>(_area._height);
     int64_t const top = PixelOffset(0, inset) + skip;

@@ -116,6 +116,8 @@ private:
     MutableImage& Target() const;
     uint8_t* PixelPointer(uint16_t x, uint16_t y) const;
     uint32_t BitsPerPixel() const;
+    // The bytes that a run of pixels starts into or covers, a part byte counted whole.
+    int64_t BytesOfPixels(int64_t pixels) const;
     int64_t Stride() const;
     // Offset in the buffer of GetPixelPointer(x, y); checks the row and fills an empty buffer.
     int64_t PixelOffset(uint16_t x, uint16_t y) const;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Zar/Lt/Core/StringCollection/RawPStringArray.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -55,6 +57,9 @@ public:
     static constexpr std::size_t kNamesCapacity = kSectorSize - kNamesOffset;
     // A name's length is one byte.
     static constexpr std::size_t kMaxNameLength = 255;
+    // The names area with its two counters in front, as the exporter fills it: the counters are the
+    // header fields kNamesUsedOffset and kNamesCountOffset.
+    using NamesArea = Zar::Lt::Core::RawPStringArray<kNamesCapacity>;
 
     // An image below this many bytes is an icon and shares sectors with other icons; one of this size
     // or larger is a screen and starts on a fresh sector. Icons must fit a sector, so it is at most
@@ -105,5 +110,9 @@ public:
         return (bytes + kSectorSize - 1) / kSectorSize;
     }
 };
+
+// The names area's block ends exactly at the end of the header sector.
+static_assert(PackFormat::kNamesUsedOffset + sizeof(PackFormat::NamesArea) == PackFormat::kSectorSize);
+static_assert(sizeof(PackFormat::NamesArea) == 2 * sizeof(uint32_t) + PackFormat::kNamesCapacity);
 
 } // namespace Zar::ResourcesLibrary::Pack

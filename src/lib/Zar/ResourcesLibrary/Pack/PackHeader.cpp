@@ -6,23 +6,62 @@
 
 namespace Zar::ResourcesLibrary::Pack {
 
+namespace {
+
+uint32_t WordOf(uint32_t value) { return value; }
+uint32_t WordOf(Zar::Lt::Core::Version32 version) { return version.Value(); }
+
+void SetFromWord(uint32_t& field, uint32_t word) { field = word; }
+void SetFromWord(Zar::Lt::Core::Version32& field, uint32_t word) { field = Zar::Lt::Core::Version32(word); }
+
+} // namespace
+
+template <typename Header, typename Field> void PackHeader::ForEachWord(Header& header, Field const& field)
+{
+    field(PackFormat::kFormatOffset, header._format);
+    field(PackFormat::kVersionOffset, header._version);
+    field(PackFormat::kFirstSectorOffset, header._firstSector);
+    field(PackFormat::kIconCountOffset, header._iconCount);
+    field(PackFormat::kScreenCountOffset, header._screenCount);
+    field(PackFormat::kNamesUsedOffset, header._namesUsed);
+    field(PackFormat::kNamesCountOffset, header._namesCount);
+}
+
 PackHeader PackHeader::Parse(std::span<uint8_t const> header)
 {
     ZAR_PRECONDITION(header.size() >= PackFormat::kSectorSize);
     PackHeader result;
     std::copy_n(header.begin() + PackFormat::kMagicOffset, result._magic.size(), result._magic.begin());
-    result._format = PackFormat::ReadU32(header, PackFormat::kFormatOffset);
-    result._version = Zar::Lt::Core::Version32(PackFormat::ReadU32(header, PackFormat::kVersionOffset));
-    result._firstSector = PackFormat::ReadU32(header, PackFormat::kFirstSectorOffset);
-    result._iconCount = PackFormat::ReadU32(header, PackFormat::kIconCountOffset);
-    result._screenCount = PackFormat::ReadU32(header, PackFormat::kScreenCountOffset);
+    ForEachWord(result, [header](std::size_t offset, auto& field) {
+        SetFromWord(field, PackFormat::ReadU32(header, offset));
+    });
     for (std::size_t s = 0; s < result._crcTable.size(); ++s)
         result._crcTable[s]
             = PackFormat::ReadU16(header, PackFormat::CrcEntryOffset(static_cast<uint32_t>(s)));
-    result._namesUsed = PackFormat::ReadU32(header, PackFormat::kNamesUsedOffset);
-    result._namesCount = PackFormat::ReadU32(header, PackFormat::kNamesCountOffset);
-    result.ParseNames(header.subspan(PackFormat::kNamesOffset, PackFormat::kNamesCapacity));
+    std::copy_n(
+        header.begin() + PackFormat::kNamesOffset, result._namesArea.size(), result._namesArea.begin());
+    result.ParseNames();
     return result;
+}
+
+PackHeader::Sector PackHeader::Write() const
+{
+    Sector sector {};
+    std::copy(_magic.begin(), _magic.end(), sector.begin() + PackFormat::kMagicOffset);
+    ForEachWord(*this, [&sector](std::size_t offset, auto const& field) {
+        PackFormat::WriteU32(sector, offset, WordOf(field));
+    });
+    for (std::size_t s = 0; s < _crcTable.size(); ++s)
+        PackFormat::WriteU16(sector, PackFormat::CrcEntryOffset(static_cast<uint32_t>(s)), _crcTable[s]);
+    std::copy(_namesArea.begin(), _namesArea.end(), sector.begin() + PackFormat::kNamesOffset);
+    return sector;
+}
+
+void PackHeader::SetNames(PackFormat::NamesArea const& names)
+{
+    _namesUsed = names.used;
+    _namesCount = names.count;
+    std::copy(std::begin(names.data), std::end(names.data), _namesArea.begin());
 }
 
 bool PackHeader::HasMagic() const
@@ -37,8 +76,9 @@ uint16_t PackHeader::CrcEntry(uint64_t sector) const
     return sector < _crcTable.size() ? _crcTable[sector] : 0;
 }
 
-void PackHeader::ParseNames(std::span<uint8_t const> area)
+void PackHeader::ParseNames()
 {
+    std::span<uint8_t const> const area = _namesArea;
     // A lying "used" field is clamped to the area, so the walk below never leaves the header.
     std::size_t const used = std::min<std::size_t>(_namesUsed, area.size());
     if (_namesUsed > area.size())

@@ -122,3 +122,39 @@ TEST(PackHeaderTest, NonZeroBytesPastTheUsedOnesAreReported)
         testing::ElementsAre(
             "names area holds non-zero bytes after its " + std::to_string(used) + " used bytes"));
 }
+
+TEST(PackHeaderTest, WritesTheSectorItParses)
+{
+    // The builder here lays the header out with its own offsets, so the two directions are checked
+    // against an independent writer as well as against each other.
+    auto const pack = BuildPack(WorkedExample());
+    auto const header = PackHeader::Parse(pack);
+    auto const sector = header.Write();
+    EXPECT_TRUE(std::equal(sector.begin(), sector.end(), pack.begin()));
+}
+
+TEST(PackHeaderTest, WritesWordsLittleEndianAndTheNamesBlockAsFilled)
+{
+    using Zar::ResourcesLibrary::Pack::PackFormat;
+    PackHeader header;
+    header._magic = PackFormat::kMagic;
+    header._format = PackFormat::kFormatWord;
+    header._version = Zar::Lt::Core::Version32(1, 2, 3, 4);
+    header._firstSector = 0x0102;
+    header._crcTable[255] = 0xBEEF;
+    PackFormat::NamesArea names;
+    names.Append("Play", 4);
+    header.SetNames(names);
+
+    auto const sector = header.Write();
+    EXPECT_EQ(Bytes(sector.begin(), sector.begin() + 16),
+        (Bytes { 'Z', 'A', 'R', 0, 0x00, 0x01, 0x05, 0x00, 0x04, 0x03, 0x02, 0x01, 0x02, 0x01, 0, 0 }));
+    EXPECT_EQ(sector[PackFormat::CrcEntryOffset(255)], 0xEF);
+    EXPECT_EQ(sector[PackFormat::CrcEntryOffset(255) + 1], 0xBE);
+    EXPECT_EQ(
+        Bytes(sector.begin() + PackFormat::kNamesUsedOffset, sector.begin() + PackFormat::kNamesOffset + 6),
+        (Bytes { 5, 0, 0, 0, 1, 0, 0, 0, 4, 'P', 'l', 'a', 'y', 0 }));
+    auto const parsed = PackHeader::Parse(sector);
+    EXPECT_EQ(parsed._names, std::vector<std::string> { "Play" });
+    EXPECT_EQ(parsed._firstSector, 0x0102u);
+}
