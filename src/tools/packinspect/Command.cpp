@@ -45,6 +45,17 @@ int Invocation::UsageError(std::string const& message)
     return CommandLine::UsageError(_err, "packinspect " + std::string(_command._name), message);
 }
 
+std::optional<std::string> Invocation::RequiredValue(
+    OptionParser::Option const& option, std::string const& missing)
+{
+    auto value = _options.Value(option._long);
+    if (!value || value->empty()) {
+        UsageError(missing);
+        return std::nullopt;
+    }
+    return value;
+}
+
 int Invocation::Problem(std::string const& message, ExitStatus status)
 {
     _err << "packinspect " << _command._name << ": " << message << '\n';

@@ -3,6 +3,7 @@
 #include "OptionParser.h"
 
 #include <iosfwd>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -46,6 +47,9 @@ public:
 
     // "packinspect NAME: message" and the line that points to the command's help; gives kUsage.
     int UsageError(std::string const& message);
+    // The option's value when it was given and is not empty; otherwise writes the usage error
+    // missing and gives nothing.
+    std::optional<std::string> RequiredValue(OptionParser::Option const& option, std::string const& missing);
     // "packinspect NAME: message"; gives status.
     int Problem(std::string const& message, ExitStatus status = kProblemsFound);
 

@@ -61,9 +61,10 @@ int Run(Invocation& invocation)
     auto const arguments = PackArguments::Of(invocation);
     if (!arguments)
         return kUsage;
-    auto const output = invocation.Options().Value(kOutputOption._long);
-    if (!output || output->empty())
-        return invocation.UsageError("the output folder is missing: give it with -o DIR");
+    auto const output
+        = invocation.RequiredValue(kOutputOption, "the output folder is missing: give it with -o DIR");
+    if (!output)
+        return kUsage;
 
     PackFile const pack = PackFile::Load(arguments->_path);
     PackExtractor const extractor(pack,

@@ -40,9 +40,10 @@ int Run(Invocation& invocation)
     auto const arguments = PackArguments::Of(invocation);
     if (!arguments)
         return kUsage;
-    auto const output = invocation.Options().Value(kOutputOption._long);
-    if (!output || output->empty())
-        return invocation.UsageError("the output file is missing: give it with -o FILE.png");
+    auto const output
+        = invocation.RequiredValue(kOutputOption, "the output file is missing: give it with -o FILE.png");
+    if (!output)
+        return kUsage;
 
     std::string const& path = arguments->_path;
     PackFile const pack = PackFile::Load(path);
