@@ -105,7 +105,7 @@ std::vector<std::string> const& PackBuild::Outputs()
 
 int PackBuild::Problem(std::string const& text)
 {
-    _err << "packinspect build: " << text << '\n';
+    _err << text << '\n';
     return 1;
 }
 
@@ -130,9 +130,9 @@ int PackBuild::Run()
     if (!MoveIntoPlace(built))
         return 1;
     auto const& header = pack.Header();
-    _out << "packinspect build: " << _options._outputFolder << ": oled.pack (" << header._iconCount
-         << " icons, " << header._screenCount << " screens) and its " << Outputs().size() - 1
-         << " source files, from " << packager << '\n'
+    _out << "built " << _options._outputFolder << ": oled.pack (" << header._iconCount << " icons, "
+         << header._screenCount << " screens) and its " << Outputs().size() - 1 << " source files, from "
+         << packager << '\n'
          << _printed;
     return 0;
 }
@@ -163,7 +163,7 @@ bool PackBuild::RunPackager(std::string const& packager, fs::path const& staging
     if (!error)
         fs::create_directory_symlink(fs::absolute(_options._root), built / "bmp", error);
     if (error) {
-        _err << "packinspect build: cannot prepare " << built.string() << ": " << error.message() << '\n';
+        _err << "cannot prepare " << built.string() << ": " << error.message() << '\n';
         return false;
     }
     auto arguments = ChildProcess::EmulatorWords();
@@ -175,11 +175,11 @@ bool PackBuild::RunPackager(std::string const& packager, fs::path const& staging
     fs::remove(built / "bmp", error);
     _printed = ReadAll(staging / "packager.txt").value_or("");
     if (!result._started) {
-        _err << "packinspect build: " << result._problem << '\n';
+        _err << result._problem << '\n';
         return false;
     }
     if (result._exitCode != 0) {
-        _err << "packinspect build: " << packager << " "
+        _err << packager << " "
              << (result._signal ? "was ended by signal " + std::to_string(result._signal)
                                 : "exited with " + std::to_string(result._exitCode))
              << ", printing:\n"
@@ -194,8 +194,8 @@ bool PackBuild::Verify(fs::path const& folder, PackFile const& pack)
     auto const report = PackVerifier::Check(pack);
     if (report.ProblemCount() == 0)
         return true;
-    _err << "packinspect build: the pack packager wrote does not verify (" << (folder / "oled.pack").string()
-         << ", " << pack.Size() << " bytes):\n";
+    _err << "the pack packager wrote does not verify (" << (folder / "oled.pack").string() << ", "
+         << pack.Size() << " bytes):\n";
     PackVerifier::Print(report, _err);
     return false;
 }
@@ -221,7 +221,7 @@ bool PackBuild::CheckSources(fs::path const& folder, PackFile const& pack)
     counts("Icons.h", "Icon", header._iconCount);
     counts("Screens.h", "Screen", header._screenCount);
     for (auto const& problem : problems)
-        _err << "packinspect build: the sources packager wrote are incomplete: " << problem << '\n';
+        _err << "the sources packager wrote are incomplete: " << problem << '\n';
     return problems.empty();
 }
 
@@ -232,8 +232,8 @@ bool PackBuild::CheckPrinted(fs::path const& log)
     std::string const trial = CrcLine(_trialOutput);
     if (printed == trial)
         return true;
-    _err << "packinspect build: packager printed \"" << printed << "\" where the check's trial pack has \""
-         << trial << "\" (" << log.string() << ")\n";
+    _err << "packager printed \"" << printed << "\" where the check's trial pack has \"" << trial << "\" ("
+         << log.string() << ")\n";
     return false;
 }
 

@@ -32,7 +32,8 @@ public:
         bool _strict = false;
     };
 
-    // packager: the program to run; empty to find it beside this executable, then on PATH.
+    // packager: the program to run; empty to find it beside this executable, then on PATH. What goes
+    // wrong is written to err, one reason a line, for the command to prefix with its name.
     PackBuild(Options options, std::string packager, std::ostream& out, std::ostream& err,
         zar::logging::ILogger* logger = nullptr);
 

@@ -21,6 +21,7 @@
 #include "Zar/ResourcesLibrary/Pack/PackFormat.h"
 
 #include <algorithm>
+#include <charconv>
 #include <filesystem>
 #include <map>
 #include <ostream>
@@ -127,6 +128,15 @@ TreeChecker::TreeChecker(
 {
     if (_root.empty() || _root.back() != '/')
         _root += '/';
+}
+
+std::optional<int32_t> TreeChecker::ParseSector(std::string const& text)
+{
+    int32_t sector = 0;
+    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), sector);
+    if (text.empty() || error != std::errc() || end != text.data() + text.size() || sector < 0)
+        return std::nullopt;
+    return sector;
 }
 
 void TreeChecker::Run()

@@ -57,6 +57,9 @@ public:
 
     void Run();
 
+    // A whole decimal number from 0 up that fits the packager's int; nothing otherwise.
+    static std::optional<int32_t> ParseSector(std::string const& text);
+
     std::vector<Finding> const& Findings() const { return _findings; }
     // What packing every image that loads prints on standard output: the summary and the "crc:" lines,
     // as packager prints them when no icon fails to load.

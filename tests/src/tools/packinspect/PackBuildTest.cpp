@@ -97,7 +97,7 @@ TEST(PackBuildTest, ASuccessfulBuildGivesWhatAPlainPackagerRunGives)
     auto const run = tree.Build();
     EXPECT_EQ(0, run._status) << run._err;
     EXPECT_EQ("", run._err);
-    EXPECT_EQ("packinspect build: " + tree.Output().string()
+    EXPECT_EQ("built " + tree.Output().string()
             + ": oled.pack (2 icons, 1 screens) and its 6 source files, from " + PackagerPath() + "\n"
             + tree.Tree().Summary(),
         run._out);
@@ -123,9 +123,8 @@ TEST(PackBuildTest, ACheckFailureLeavesTheOutputFolderAsItWas)
     EXPECT_EQ(1, run._status);
     EXPECT_EQ("", run._out);
     EXPECT_THAT(run._err, HasSubstr("FAIL " + (tree.Tree().Folder() / "bmp/icons/list.txt:2").string()));
-    EXPECT_THAT(run._err,
-        testing::EndsWith(
-            "packinspect build: the check failed; " + tree.Output().string() + " is unchanged\n"));
+    EXPECT_THAT(
+        run._err, testing::EndsWith("the check failed; " + tree.Output().string() + " is unchanged\n"));
     EXPECT_EQ(before, Snapshot(tree.Output()));
 }
 
@@ -147,9 +146,8 @@ TEST(PackBuildTest, AShortPackFromAFullDiskFails)
     auto const before = Snapshot(tree.Output());
     auto const run = tree.Build(tree.Wrapper("trap '' XFSZ\nulimit -f 16\nexec \"$PACKAGER\" \"$@\""));
     EXPECT_EQ(1, run._status);
-    EXPECT_THAT(run._err, HasSubstr("packinspect build: the pack packager wrote does not verify ("));
-    EXPECT_THAT(
-        run._err, testing::EndsWith("packinspect build: " + tree.Output().string() + " is unchanged\n"));
+    EXPECT_THAT(run._err, HasSubstr("the pack packager wrote does not verify ("));
+    EXPECT_THAT(run._err, testing::EndsWith("\n" + tree.Output().string() + " is unchanged\n"));
     EXPECT_EQ(before, Snapshot(tree.Output()));
 }
 
@@ -161,12 +159,11 @@ TEST(PackBuildTest, SourcesCutShortFail)
                                   " && rm Screens.py"));
     EXPECT_EQ(1, run._status);
     EXPECT_THAT(run._err,
-        StartsWith(
-            "packinspect build: the sources packager wrote are incomplete: Icons.h is cut short (100 bytes)\n"
-            "packinspect build: the sources packager wrote are incomplete: Screens.py is missing\n"
-            "packinspect build: the sources packager wrote are incomplete: Icons.h does not count the pack's "
-            "2"
-            " icons\n"));
+        StartsWith("the sources packager wrote are incomplete: Icons.h is cut short (100 bytes)\n"
+                   "the sources packager wrote are incomplete: Screens.py is missing\n"
+                   "the sources packager wrote are incomplete: Icons.h does not count the pack's "
+                   "2"
+                   " icons\n"));
     EXPECT_FALSE(fs::exists(tree.Output()));
 }
 
@@ -176,7 +173,7 @@ TEST(PackBuildTest, AProgramThatIsNotPackagerIsCaughtByItsCrcs)
     auto const run = tree.Build(tree.Wrapper("\"$PACKAGER\" \"$@\" > /dev/null\necho crc:0000"));
     EXPECT_EQ(1, run._status);
     EXPECT_THAT(run._err,
-        StartsWith("packinspect build: packager printed \"crc:0000\" where the check's trial pack"
+        StartsWith("packager printed \"crc:0000\" where the check's trial pack"
                    " has \"crc:"));
 }
 
@@ -185,14 +182,13 @@ TEST(PackBuildTest, APackagerThatFailsOrIsMissingFails)
     BuildTree tree;
     auto const failing = tree.Build(tree.Wrapper("echo no way\nexit 1"));
     EXPECT_EQ(1, failing._status);
-    EXPECT_EQ("packinspect build: " + (tree.Tree().Folder() / "wrapper.sh").string()
-            + " exited with 1, printing:\nno way\npackinspect build: " + tree.Output().string()
-            + " is unchanged\n",
+    EXPECT_EQ((tree.Tree().Folder() / "wrapper.sh").string() + " exited with 1, printing:\nno way\n"
+            + tree.Output().string() + " is unchanged\n",
         failing._err);
     auto const missing = tree.Build((tree.Tree().Folder() / "nothing").string());
     EXPECT_EQ(1, missing._status);
-    EXPECT_EQ("packinspect build: cannot run " + (tree.Tree().Folder() / "nothing").string()
-            + ": No such file or directory\npackinspect build: " + tree.Output().string() + " is unchanged\n",
+    EXPECT_EQ("cannot run " + (tree.Tree().Folder() / "nothing").string() + ": No such file or directory\n"
+            + tree.Output().string() + " is unchanged\n",
         missing._err);
     EXPECT_FALSE(fs::exists(tree.Output()));
 }
@@ -233,7 +229,6 @@ TEST(PackBuildTest, AStagingFolderThatCannotBeMadeFails)
     std::ostringstream out;
     std::ostringstream err;
     EXPECT_EQ(1, PackBuild(options, PackagerPath(), out, err).Run());
-    EXPECT_EQ("packinspect build: cannot make a staging folder beside " + options._outputFolder
-            + "; it is unchanged\n",
-        err.str());
+    EXPECT_EQ(
+        "cannot make a staging folder beside " + options._outputFolder + "; it is unchanged\n", err.str());
 }
