@@ -253,7 +253,10 @@ bool PackBuild::MoveIntoPlace(fs::path const& folder)
     }
     std::string manifest;
     for (auto const& file : Outputs()) {
-        fs::rename(folder / file, output / file, error);
+        // An output that is the same as before is left as it is, so that nothing that includes it
+        // is rebuilt for nothing.
+        if (ReadAll(output / file) != ReadAll(folder / file))
+            fs::rename(folder / file, output / file, error);
         if (error)
             return Problem("cannot move " + file + " into " + output.string() + ": " + error.message()) == 0;
         previous.erase(file);

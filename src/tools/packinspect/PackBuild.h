@@ -18,8 +18,9 @@ class PackFile;
 // A build that fails loudly, for shells, Makefiles and CI: the tree is checked, packager (the very
 // program, as a child process) packs it in a staging folder of its own, the pack is verified and the
 // generated sources are tested for completeness, and only then are all outputs moved into the output
-// folder together, replacing the previous ones and removing those a previous build made that this one
-// did not. Any failure leaves the output folder as it was and says why.
+// folder together, replacing the previous ones that differ (an output the same as before keeps its file
+// and its time) and removing those a previous build made that this one did not. Any failure leaves the output
+// folder as it was and says why.
 class PackBuild {
 public:
     struct Options {

@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <map>
@@ -191,6 +192,21 @@ TEST(PackBuildTest, APackagerThatFailsOrIsMissingFails)
             + tree.Output().string() + " is unchanged\n",
         missing._err);
     EXPECT_FALSE(fs::exists(tree.Output()));
+}
+
+TEST(PackBuildTest, AnOutputTheSameAsBeforeKeepsItsFile)
+{
+    BuildTree tree;
+    ASSERT_EQ(0, tree.Build()._status);
+    auto const icons = tree.Output() / "Icons.h";
+    auto const pack = tree.Output() / "oled.pack";
+    auto const old = fs::file_time_type::clock::now() - std::chrono::hours(1);
+    fs::last_write_time(icons, old);
+    fs::last_write_time(pack, old);
+    WriteFile(tree.Tree().Folder() / "bmp/icons/Play.bmp", Bmp4(32, 24, AscendingGreys(), Ramp(32, 24, 9)));
+    ASSERT_EQ(0, tree.Build()._status);
+    EXPECT_EQ(old, fs::last_write_time(icons));
+    EXPECT_NE(old, fs::last_write_time(pack));
 }
 
 TEST(PackBuildTest, OutputsOfAPreviousBuildThatThisOneDoesNotMakeAreRemoved)
