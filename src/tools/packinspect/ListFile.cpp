@@ -3,7 +3,6 @@
 #include "Zar/ResourcesLibrary/Image/InputSequence.h"
 
 #include <fstream>
-#include <iterator>
 #include <string_view>
 
 namespace Zar::ResourcesLibrary::Tools::Inspect {
@@ -33,17 +32,32 @@ ListFile ListFile::Read(std::string const& path)
     if (!stream)
         return list;
     list._exists = true;
-    std::string const text((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
-    list._byteOrderMark = text.starts_with(kByteOrderMark);
+    // Read a line at a time, keeping no more of a line than packager does, so that a list of any
+    // size (or a device that never ends a line) costs a bounded amount of memory.
+    std::string line;
+    bool first = true;
     int number = 1;
-    for (std::size_t start = 0; start < text.size(); ++number) {
-        auto end = text.find('\n', start);
-        if (end == std::string::npos)
-            end = text.size();
-        if (std::string item = ItemOf(std::string_view(text).substr(start, end - start)); !item.empty())
+    auto const endLine = [&] {
+        if (first)
+            list._byteOrderMark = line.starts_with(kByteOrderMark);
+        first = false;
+        if (std::string item = ItemOf(line); !item.empty())
             list._itemLines.push_back({ number, std::move(item) });
-        start = end + 1;
+        line.clear();
+        ++number;
+    };
+    bool pending = false;
+    for (char c; stream.get(c);) {
+        pending = true;
+        if (c == '\n') {
+            endLine();
+            pending = false;
+        } else if (line.size() <= InputSequence::kMaxLineLength) {
+            line += c;
+        }
     }
+    if (pending)
+        endLine();
     return list;
 }
 
