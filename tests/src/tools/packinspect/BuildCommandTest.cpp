@@ -1,46 +1,20 @@
-#include "CommandLine.h"
-
-#include "FileContents.h"
+#include "CommandRun.h"
 #include "PackagerTree.h"
-#include "ShellCommand.h"
-#include "TestPacks.h"
-
-#include "Zar/Lt/Core/ScratchFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <sstream>
 
 using namespace PackInspectTest;
 using testing::HasSubstr;
 using testing::StartsWith;
-using TestSupport::ReadText;
-using TestSupport::RunShellCommand;
-using TestSupport::ShellQuoted;
-using TestSupport::WriteFile;
-using Zar::ResourcesLibrary::Tools::Inspect::CommandLine;
 
 namespace {
 
-struct Result {
-    int _status;
-    std::string _out;
-    std::string _err;
-};
-
-Result Inspect(std::vector<std::string> const& arguments)
-{
-    std::ostringstream out;
-    std::ostringstream err;
-    int const status = CommandLine(out, err).Run(arguments);
-    return { status, out.str(), err.str() };
-}
-
 std::string UsageText(std::string const& message)
 {
-    return "packinspect build: " + message + "\nTry 'packinspect build --help' for more information.\n";
+    return PackInspectTest::UsageText("packinspect build", message);
 }
 
 // A sound tree: two icons and one screen.

@@ -77,6 +77,7 @@ TEST(EndToEndTest, CheckLogsFailuresToStandardError)
         = RunShellCommand(ShellQuoted(PackinspectPath()) + " check bmp 2>err.txt", run.Folder());
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.output,
-        HasSubstr("FAIL bmp/icons/list.txt:2 (index 3), icon Nowhere (bmp/icons/Nowhere.bmp): there is no file "));
+        HasSubstr(
+            "FAIL bmp/icons/list.txt:2 (index 3), icon Nowhere (bmp/icons/Nowhere.bmp): there is no file "));
     EXPECT_THAT(ReadText(run.Folder() / "err.txt"), StartsWith("packinspect [20] '"));
 }
