@@ -1,45 +1,33 @@
 # Packager.cmake: build a resource pack and its generated sources as part of a CMake build.
 #
-#   include(Packager)
+#   find_package(Packager REQUIRED)     # or include(Packager) with this folder on CMAKE_MODULE_PATH
 #   packager_add_pack(TARGET <name> BMP_ROOT <dir> OUTPUT_DIR <dir>
-#                     [VERSION <a.b.c.d>] [SECTOR <n>] [CHECK])
+#                     [VERSION <a.b.c.d>] [SECTOR <n>] [ICON <WxH>] [STRICT] [CHECK])
 #
-# Adds the target <name>, built by default, that runs packager on the bmp tree BMP_ROOT (the folder
-# holding icons/list.txt and screens/list.txt) and leaves oled.pack, Icons.h, Screens.h,
-# IconsHelper.cpp, Icons.py, Screens.py and commands.py in OUTPUT_DIR.
+# Adds the target <name>, built by default, that builds the bmp tree BMP_ROOT (the folder holding
+# icons/list.txt and screens/list.txt) with `packinspect build` and leaves oled.pack, Icons.h,
+# Screens.h, IconsHelper.cpp, Icons.py, Screens.py and commands.py in OUTPUT_DIR.
 #
-# - packager reruns when a list file or any bitmap it names changes. The list files are read at
-#   configure time to learn the bitmaps, and CMake re-reads them whenever they change.
-# - packager always runs in a staging folder of its own (it reads bmp/ and writes into the current
-#   folder). Its outputs are then copied into OUTPUT_DIR only where their contents differ, so a
-#   rebuild that changes nothing leaves every file in OUTPUT_DIR untouched and nothing that includes
-#   them recompiles. An output the run no longer writes is removed from OUTPUT_DIR.
-# - packager reports failed images only through its exit status 0 and a silent log. With CHECK,
-#   `packinspect check` runs first and fails the build on any image that would fail, and
-#   `packinspect verify` checks the new pack.
+# - The build fails on any problem, with the reasons in the build log: packinspect checks the tree
+#   (images packed other than drawn, sizes, names the generated sources cannot compile, lists that
+#   lose items or sources), runs packager itself, verifies the pack and tests that the sources are
+#   whole. CHECK is the default and the keyword stays accepted; STRICT fails on the check's warnings
+#   too; ICON gives the size every icon must have.
+# - Outputs are replaced all together and only after every step passed, so a failed build never
+#   leaves a new pack beside old sources; an output whose bytes did not change keeps its file and its
+#   time, so nothing that includes it recompiles for nothing.
+# - The step reruns when a list file changes, appears or disappears, and when a bitmap a list names
+#   changes or appears: the lists are read at configure time, and CMake reconfigures when one of them
+#   changes or when a watched file comes or goes.
 #
-# The tools are taken from the variables PACKAGER_EXECUTABLE and PACKINSPECT_EXECUTABLE when set,
-# else from the targets packager and packinspect of the same build, else from the PATH.
+# packinspect is taken from the variable PACKINSPECT_EXECUTABLE when set (PackagerConfig.cmake sets
+# it), else from the target packinspect of the same build, else from the PATH; it runs the packager
+# beside it, else the one on the PATH.
 
 include_guard(GLOBAL)
 
-set(_PACKAGER_MODULE_FILE "${CMAKE_CURRENT_LIST_FILE}")
-
-# Every file packager may write, in the order it writes them.
+# Every file packager writes, in the order it writes them.
 set(_PACKAGER_OUTPUT_FILES oled.pack Icons.h Icons.py commands.py IconsHelper.cpp Screens.h Screens.py)
-
-# Script mode, used by the build step itself: copy what changed from the staging folder.
-if(CMAKE_SCRIPT_MODE_FILE AND DEFINED PACKAGER_COPY_FROM)
-    file(MAKE_DIRECTORY "${PACKAGER_COPY_TO}")
-    foreach(output IN LISTS _PACKAGER_OUTPUT_FILES)
-        if(EXISTS "${PACKAGER_COPY_FROM}/${output}")
-            file(COPY_FILE "${PACKAGER_COPY_FROM}/${output}" "${PACKAGER_COPY_TO}/${output}" ONLY_IF_DIFFERENT)
-        else()
-            file(REMOVE "${PACKAGER_COPY_TO}/${output}")
-        endif()
-    endforeach()
-    return()
-endif()
 
 # The files a list.txt names, as packager reads it: one per line, blanks around it dropped, empty
 # lines skipped, ".bmp" added to a name without an extension.
@@ -62,23 +50,28 @@ function(_packager_listed_files list_file folder out_var)
     set(${out_var} "${files}" PARENT_SCOPE)
 endfunction()
 
-# The command that runs a tool: a given path, the target of this build, or a program on the PATH.
-function(_packager_tool tool variable out_command out_depends)
-    if(NOT "${${variable}}" STREQUAL "")
-        set(${out_command} "${${variable}}" PARENT_SCOPE)
-        set(${out_depends} "${${variable}}" PARENT_SCOPE)
-    elseif(TARGET ${tool})
-        set(${out_command} "$<TARGET_FILE:${tool}>" PARENT_SCOPE)
-        set(${out_depends} ${tool} PARENT_SCOPE)
+# Reconfigures when the file comes or goes: a glob that CMake checks again before every build.
+function(_packager_watch path)
+    file(GLOB watched CONFIGURE_DEPENDS "${path}")
+endfunction()
+
+# The command that runs packinspect: a given path, the target of this build, or a program on the PATH.
+function(_packager_packinspect out_command out_depends)
+    if(NOT "${PACKINSPECT_EXECUTABLE}" STREQUAL "")
+        set(${out_command} "${PACKINSPECT_EXECUTABLE}" PARENT_SCOPE)
+        set(${out_depends} "${PACKINSPECT_EXECUTABLE}" PARENT_SCOPE)
+    elseif(TARGET packinspect)
+        set(${out_command} "$<TARGET_FILE:packinspect>" PARENT_SCOPE)
+        set(${out_depends} packinspect PARENT_SCOPE)
     else()
-        find_program(${variable} ${tool} REQUIRED)
-        set(${out_command} "${${variable}}" PARENT_SCOPE)
-        set(${out_depends} "${${variable}}" PARENT_SCOPE)
+        find_program(PACKINSPECT_EXECUTABLE packinspect REQUIRED)
+        set(${out_command} "${PACKINSPECT_EXECUTABLE}" PARENT_SCOPE)
+        set(${out_depends} "${PACKINSPECT_EXECUTABLE}" PARENT_SCOPE)
     endif()
 endfunction()
 
 function(packager_add_pack)
-    cmake_parse_arguments(PARSE_ARGV 0 ARG "CHECK" "TARGET;BMP_ROOT;OUTPUT_DIR;VERSION;SECTOR" "")
+    cmake_parse_arguments(PARSE_ARGV 0 ARG "CHECK;STRICT" "TARGET;BMP_ROOT;OUTPUT_DIR;VERSION;SECTOR;ICON" "")
     foreach(required IN ITEMS TARGET BMP_ROOT OUTPUT_DIR)
         if(NOT ARG_${required})
             message(FATAL_ERROR "packager_add_pack: ${required} is required")
@@ -95,36 +88,43 @@ function(packager_add_pack)
     endif()
     get_filename_component(bmp_root "${ARG_BMP_ROOT}" ABSOLUTE BASE_DIR "${CMAKE_CURRENT_SOURCE_DIR}")
     get_filename_component(output_dir "${ARG_OUTPUT_DIR}" ABSOLUTE BASE_DIR "${CMAKE_CURRENT_BINARY_DIR}")
-
-    # Changing a list file reconfigures, which reads it again; the bitmaps it names become the
-    # dependencies of the build step.
-    set(depends "")
-    foreach(kind IN ITEMS icons screens)
-        set(list_file "${bmp_root}/${kind}/list.txt")
-        set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${list_file}")
-        _packager_listed_files("${list_file}" "${bmp_root}/${kind}" files)
-        if(EXISTS "${list_file}")
-            list(APPEND depends "${list_file}")
-        endif()
-        list(APPEND depends ${files})
-    endforeach()
-
-    _packager_tool(packager PACKAGER_EXECUTABLE packager_command packager_depends)
     set(staging "${CMAKE_CURRENT_BINARY_DIR}/${ARG_TARGET}-staging")
-    set(work "${staging}/work")
     set(stamp "${staging}/${ARG_TARGET}.stamp")
     file(MAKE_DIRECTORY "${staging}")
 
-    set(check_commands "")
-    set(verify_commands "")
-    if(ARG_CHECK)
-        _packager_tool(packinspect PACKINSPECT_EXECUTABLE packinspect_command packinspect_depends)
-        list(APPEND packager_depends ${packinspect_depends})
-        set(check_commands COMMAND ${CMAKE_COMMAND} -E chdir "${work}" "${packinspect_command}" check
-                                   --sector=${ARG_SECTOR} bmp/)
-        set(verify_commands COMMAND ${CMAKE_COMMAND} -E chdir "${work}" "${packinspect_command}" verify oled.pack)
-    endif()
+    # The lists and the files they name that exist are the step's dependencies; those that do not
+    # exist yet are watched, and so are the lists themselves. Which of them exist is written to a
+    # file that changes, and so reruns the step, when a list or a named file comes or goes.
+    set(depends "")
+    set(present "")
+    foreach(kind IN ITEMS icons screens)
+        set(list_file "${bmp_root}/${kind}/list.txt")
+        _packager_watch("${list_file}")
+        _packager_listed_files("${list_file}" "${bmp_root}/${kind}" files)
+        if(EXISTS "${list_file}")
+            set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${list_file}")
+        endif()
+        foreach(file IN ITEMS "${list_file}" ${files})
+            if(EXISTS "${file}")
+                list(APPEND depends "${file}")
+                string(APPEND present "${file}\n")
+            else()
+                _packager_watch("${file}")
+                string(APPEND present "missing ${file}\n")
+            endif()
+        endforeach()
+    endforeach()
+    set(inputs "${staging}/${ARG_TARGET}.inputs")
+    file(CONFIGURE OUTPUT "${inputs}" CONTENT "${present}")
 
+    _packager_packinspect(packinspect_command packinspect_depends)
+    set(options --sector=${ARG_SECTOR} --version=${ARG_VERSION})
+    if(ARG_ICON)
+        list(APPEND options --icon=${ARG_ICON})
+    endif()
+    if(ARG_STRICT)
+        list(APPEND options --strict)
+    endif()
     set(byproducts "")
     foreach(output IN LISTS _PACKAGER_OUTPUT_FILES)
         list(APPEND byproducts "${output_dir}/${output}")
@@ -133,16 +133,9 @@ function(packager_add_pack)
     add_custom_command(
         OUTPUT "${stamp}"
         BYPRODUCTS ${byproducts}
-        COMMAND ${CMAKE_COMMAND} -E rm -rf "${work}"
-        COMMAND ${CMAKE_COMMAND} -E make_directory "${work}"
-        COMMAND ${CMAKE_COMMAND} -E copy_directory "${bmp_root}" "${work}/bmp"
-        ${check_commands}
-        COMMAND ${CMAKE_COMMAND} -E chdir "${work}" "${packager_command}" version ${ARG_VERSION} sector ${ARG_SECTOR}
-        ${verify_commands}
-        COMMAND ${CMAKE_COMMAND} -DPACKAGER_COPY_FROM=${work} -DPACKAGER_COPY_TO=${output_dir}
-                -P "${_PACKAGER_MODULE_FILE}"
+        COMMAND "${packinspect_command}" build ${options} "${bmp_root}" -o "${output_dir}"
         COMMAND ${CMAKE_COMMAND} -E touch "${stamp}"
-        DEPENDS ${depends} ${packager_depends}
+        DEPENDS ${depends} "${inputs}" ${packinspect_depends}
         WORKING_DIRECTORY "${staging}"
         COMMENT "Packing ${bmp_root} into ${output_dir}"
         VERBATIM)

@@ -157,4 +157,29 @@ if(NOT output MATCHES "name cannot contain")
     message(FATAL_ERROR "bad image: the failure does not say why:\n${output}")
 endif()
 
-message(STATUS "The Packager module rebuilds on change and rewrites nothing otherwise")
+# 7. A screens list that disappears reruns the step, which fails with the reason and leaves the
+#    outputs of the last good build as they were.
+file(WRITE "${source}/bmp/icons/list.txt" "Play.txt\nStop.txt\nPause.txt\n")
+run_build("bad image removed")
+times(good ${output_paths})
+pause()
+file(REMOVE "${source}/bmp/screens/list.txt")
+execute_process(COMMAND "${CMAKE_COMMAND}" --build "${build}"
+                RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+if(result EQUAL 0)
+    message(FATAL_ERROR "screens list removed: the build passed:\n${output}")
+endif()
+if(NOT output MATCHES "packinspect build: FAIL [^\n]*screens/list.txt: there is no [^\n]*screens/list.txt: packager writes Icons.h")
+    message(FATAL_ERROR "screens list removed: the failure does not say why:\n${output}")
+endif()
+times(kept ${output_paths})
+expect_same("screens list removed: the outputs" "${good}" "${kept}")
+
+# 8. The list that appears again reruns the step, which passes.
+file(WRITE "${source}/bmp/screens/list.txt" "Splash.txt\n")
+run_build("screens list back")
+if(NOT build_output MATCHES "Packing ")
+    message(FATAL_ERROR "screens list back: the pack was not built again:\n${build_output}")
+endif()
+
+message(STATUS "The Packager module rebuilds on change, fails loudly and rewrites nothing otherwise")

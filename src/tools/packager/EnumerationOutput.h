@@ -32,11 +32,11 @@ public:
     // The number of enumerators written so far.
     int Count() const;
 
-protected:
     // The name as it may stand in an identifier: blanks and line ends around it removed and every
-    // '-' turned into '_'.
+    // '-' turned into '_'. Public so that packinspect check spells names as the writers do.
     static std::string CleanName(std::string_view name);
 
+protected:
     // A cleaned name as it is written for an enumerator: through ToCapital when the option asks.
     std::string EnumeratorName(std::string_view cleanName) const;
 

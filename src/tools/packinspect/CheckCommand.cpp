@@ -1,6 +1,9 @@
-// packinspect check: a bmp tree packed as packager would pack it, and every image that would fail.
+// packinspect check: a bmp tree packed as packager would pack it, and every way in which the pack or
+// the generated sources would not be what the user meant.
 
 #include "Command.h"
+#include "ImageGeometry.h"
+#include "PackArguments.h"
 #include "StreamLoggerFactory.h"
 #include "TreeChecker.h"
 
@@ -8,7 +11,6 @@
 
 #include "Zar/ResourcesLibrary/Pack/PackFormat.h"
 
-#include <charconv>
 #include <iostream>
 #include <optional>
 
@@ -17,6 +19,7 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 namespace {
 
 OptionParser::Option const kSectorOption { "sector", 0, true };
+OptionParser::Option const kStrictOption { "strict", 0, false };
 OptionParser::Option const kVerboseOption { "verbose", 'v', false };
 
 std::string Help()
@@ -25,28 +28,25 @@ std::string Help()
         "Usage: packinspect check [OPTION]... [ROOT]\n"
         "Pack the bmp tree ROOT (default bmp/: ROOT/icons/list.txt and\n"
         "ROOT/screens/list.txt) with packager's own loading and packing code into a\n"
-        "scratch folder, and report every image that would fail, with its index (as\n"
-        "packager numbers it: 2 for the first line of a list), name, file and reason.\n"
-        "Also warns where a 4-bit BMP's palette is neither the ascending nor the\n"
-        "descending 16-level grey ramp, where the names area or the sector space would\n"
-        "overflow, and where two list lines name the same image. Caught exceptions are\n"
-        "logged to standard error.\n"
+        "scratch folder, and report, one line each, every case in which the pack or the\n"
+        "generated sources would not be what was meant: images that fail to load or\n"
+        "that packager would pack as anything but the 1-bit or 4-bit grey they were\n"
+        "drawn in (other depths, PNGs and JPEGs, RLE, palettes off the grey ramp),\n"
+        "icons of another size, screens of an icon's size, names the generated C++ or\n"
+        "Python cannot compile or that clash, lists that lose items or sources (no\n"
+        "screen, a byte-order mark, a name in another letter case, .raw and .yuv\n"
+        "items) and sectors whose values go wrong. Each line names the list file and\n"
+        "line (as an editor counts it; packager's index beside it), the image, the\n"
+        "cause and the fix. Caught exceptions are logged to standard error.\n"
         "\n"
         "      --sector=N  first icon sector, as given to packager (default {default sector})\n"
+        "      --icon=WxH  the size every icon must have (default: the size most icons have)\n"
+        "      --strict    warnings fail too\n"
         "  -v, --verbose   log the call stack of every caught exception as well\n"
         "  -h, --help      show this help and exit\n"
         "\n"
-        "Exit status: 0 if no image fails, 1 if any fails, 2 if the command line is wrong.\n");
-}
-
-// A whole decimal number from 0 up that fits the packager's int.
-std::optional<int32_t> ParseSector(std::string const& text)
-{
-    int32_t sector = 0;
-    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), sector);
-    if (text.empty() || error != std::errc() || end != text.data() + text.size() || sector < 0)
-        return std::nullopt;
-    return sector;
+        "Exit status: 0 if nothing fails, 1 if anything does, 2 if the command line is\n"
+        "wrong.\n");
 }
 
 int Run(Invocation& invocation)
@@ -57,13 +57,22 @@ int Run(Invocation& invocation)
     std::string const sectorText = invocation.Options()
                                        .Value(kSectorOption._long)
                                        .value_or(std::to_string(Pack::PackFormat::kDefaultFirstSector));
-    auto const sector = ParseSector(sectorText);
+    auto const sector = TreeChecker::ParseSector(sectorText);
     if (!sector)
         return invocation.UsageError("the sector '" + sectorText + "' is not a number from 0 up");
+    std::optional<ImageGeometry> icon;
+    if (auto const text = invocation.Options().Value(PackArguments::kIconOption._long)) {
+        icon = ImageGeometry::Parse(*text);
+        if (!icon)
+            return invocation.UsageError(
+                "a size is WxH, two numbers from 1 to 65535: '" + *text + "' is not");
+    }
 
     // The registry is process-wide, so its logger writes to the process's standard error.
     zar::logging::LoggingManager::SetFactory(std::make_unique<StreamLoggerFactory>(std::cerr));
-    TreeChecker checker(root, *sector, zar::logging::LoggingManager::GetLoggerPtr("packinspect"),
+    TreeChecker checker(root,
+        TreeChecker::Options { *sector, icon, invocation.Options().Has(kStrictOption._long) },
+        zar::logging::LoggingManager::GetLoggerPtr("packinspect"),
         invocation.Options().Has(kVerboseOption._long));
     checker.Run();
     checker.Print(invocation.Out());
@@ -75,8 +84,9 @@ int Run(Invocation& invocation)
 Command const& CheckCommand()
 {
     static Command const command { "check", "check [ROOT]",
-        "pack a bmp tree (default bmp/) as packager would and\nreport every image that would fail",
-        { kSectorOption, kVerboseOption }, &Help, &Run };
+        "pack a bmp tree (default bmp/) as packager would and\nreport every way the pack or its sources "
+        "would go wrong",
+        { kSectorOption, PackArguments::kIconOption, kStrictOption, kVerboseOption }, &Help, &Run };
     return command;
 }
 

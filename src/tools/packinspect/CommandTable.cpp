@@ -6,24 +6,26 @@
 namespace Zar::ResourcesLibrary::Tools::Inspect {
 
 // Each command's own file defines its row.
+Command const& ImportCommand();
+Command const& CheckCommand();
+Command const& BuildCommand();
 Command const& VerifyCommand();
 Command const& ListCommand();
 Command const& RenderCommand();
-Command const& CheckCommand();
 Command const& ExtractCommand();
 Command const& DiffCommand();
-Command const& ImportCommand();
 
 std::span<Command const* const> CommandTable::All()
 {
     static auto const commands = std::to_array<Command const*>({
+        &ImportCommand(),
+        &CheckCommand(),
+        &BuildCommand(),
         &VerifyCommand(),
         &ListCommand(),
         &RenderCommand(),
-        &CheckCommand(),
         &ExtractCommand(),
         &DiffCommand(),
-        &ImportCommand(),
     });
     return commands;
 }

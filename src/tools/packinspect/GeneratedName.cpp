@@ -1,54 +1,68 @@
 #include "GeneratedName.h"
 
+#include "EnumerationOutput.h"
 #include "PackExporter.h"
+
 #include "Zar/ResourcesLibrary/Image/InputSequence.h"
 
+#include "Zar/Lt/Core/StringExtension/Case.h"
+
 #include <algorithm>
-#include <cctype>
-#include <iterator>
+#include <array>
+#include <exception>
 
 namespace Zar::ResourcesLibrary::Tools::Inspect {
 
 namespace {
 
-constexpr std::string_view kCppKeywords[] = { "alignas", "alignof", "and", "and_eq", "asm", "atomic_cancel",
-    "atomic_commit", "atomic_noexcept", "auto", "bitand", "bitor", "bool", "break", "case", "catch", "char",
-    "char8_t", "char16_t", "char32_t", "class", "compl", "concept", "const", "consteval", "constexpr",
-    "constinit", "const_cast", "continue", "co_await", "co_return", "co_yield", "decltype", "default",
-    "delete", "do", "double", "dynamic_cast", "else", "enum", "explicit", "export", "extern", "false",
-    "float", "for", "friend", "goto", "if", "inline", "int", "long", "mutable", "namespace", "new",
-    "noexcept", "not", "not_eq", "nullptr", "operator", "or", "or_eq", "private", "protected", "public",
-    "reflexpr", "register", "reinterpret_cast", "requires", "return", "short", "signed", "sizeof", "static",
-    "static_assert", "static_cast", "struct", "switch", "synchronized", "template", "this", "thread_local",
-    "throw", "true", "try", "typedef", "typeid", "typename", "union", "unsigned", "using", "virtual", "void",
-    "volatile", "wchar_t", "while", "xor", "xor_eq" };
+constexpr std::array<std::string_view, 92> kCppKeywords { "alignas", "alignof", "and", "and_eq", "asm",
+    "auto", "bitand", "bitor", "bool", "break", "case", "catch", "char", "char8_t", "char16_t", "char32_t",
+    "class", "compl", "concept", "const", "consteval", "constexpr", "constinit", "const_cast", "continue",
+    "co_await", "co_return", "co_yield", "decltype", "default", "delete", "do", "double", "dynamic_cast",
+    "else", "enum", "explicit", "export", "extern", "false", "float", "for", "friend", "goto", "if", "inline",
+    "int", "long", "mutable", "namespace", "new", "noexcept", "not", "not_eq", "nullptr", "operator", "or",
+    "or_eq", "private", "protected", "public", "register", "reinterpret_cast", "requires", "return", "short",
+    "signed", "sizeof", "static", "static_assert", "static_cast", "struct", "switch", "template", "this",
+    "thread_local", "throw", "true", "try", "typedef", "typeid", "typename", "union", "unsigned", "using",
+    "virtual", "void", "volatile", "wchar_t", "while", "xor", "xor_eq" };
 
-constexpr std::string_view kPythonKeywords[]
-    = { "False", "None", "True", "and", "as", "assert", "async", "await", "break", "class", "continue", "def",
-          "del", "elif", "else", "except", "finally", "for", "from", "global", "if", "import", "in", "is",
-          "lambda", "nonlocal", "not", "or", "pass", "raise", "return", "try", "while", "with", "yield" };
+constexpr std::array<std::string_view, 35> kPythonKeywords { "False", "None", "True", "and", "as", "assert",
+    "async", "await", "break", "class", "continue", "def", "del", "elif", "else", "except", "finally", "for",
+    "from", "global", "if", "import", "in", "is", "lambda", "nonlocal", "not", "or", "pass", "raise",
+    "return", "try", "while", "with", "yield" };
 
-bool IsReplaced(char c)
+constexpr std::array<std::string_view, 21> kCommandsKeys { "MENU", "SHIFT", "S3", "S4", "S5", "S6", "S7",
+    "S8", "CLEAR", "ENTER", "F1", "F2", "F3", "F4", "F5", "F6", "F7", "F8", "F9", "F10", "from_name" };
+
+bool Holds(std::span<std::string_view const> words, std::string_view word)
 {
-    std::string_view const forbidden = Zar::ResourcesLibrary::Tools::PackExporter::kForbiddenNameCharacters;
+    return std::find(words.begin(), words.end(), word) != words.end();
+}
+
+bool IsAsciiLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
+bool IsAsciiDigit(char c) { return c >= '0' && c <= '9'; }
+
+std::string Shown(char c)
+{
+    if (c == ' ')
+        return "a space";
+    if (c == '\t')
+        return "a tab";
+    auto const byte = static_cast<unsigned char>(c);
+    if (byte < 0x20 || byte >= 0x7F) {
+        static constexpr char kHex[] = "0123456789ABCDEF";
+        return std::string("the byte 0x") + kHex[byte >> 4] + kHex[byte & 0x0F];
+    }
+    return std::string("'") + c + "'";
+}
+
+// What FromStem replaces: what packager refuses in a name and the white space a list line loses.
+bool IsReplacedInAStem(char c)
+{
+    std::string_view const forbidden = PackExporter::kForbiddenNameCharacters;
     std::string_view const white = Zar::ResourcesLibrary::Image::InputSequence::kWhiteSpace;
     return forbidden.find(c) != std::string_view::npos || white.find(c) != std::string_view::npos || c == '\v'
         || c == '\f';
-}
-
-bool IsIdentifierCharacter(char c)
-{
-    auto const byte = static_cast<unsigned char>(c);
-    return std::isalnum(byte) != 0 || c == '_';
-}
-
-std::string Printable(char c)
-{
-    auto const byte = static_cast<unsigned char>(c);
-    if (std::isprint(byte))
-        return std::string("'") + c + "'";
-    static char const digits[] = "0123456789ABCDEF";
-    return std::string("the byte 0x") + digits[byte >> 4] + digits[byte & 0x0F];
 }
 
 } // namespace
@@ -56,53 +70,71 @@ std::string Printable(char c)
 std::string GeneratedName::FromStem(std::string_view stem)
 {
     std::string name(stem);
-    std::replace_if(name.begin(), name.end(), IsReplaced, '_');
+    std::replace_if(name.begin(), name.end(), IsReplacedInAStem, '_');
     return name;
 }
 
-std::string GeneratedName::Capitalised(std::string_view name)
+std::optional<std::string> GeneratedName::ListedNameProblem(std::string_view name)
 {
-    std::string result(name);
-    if (!result.empty())
-        result[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(result[0])));
-    return result;
-}
-
-bool GeneratedName::IsCppKeyword(std::string_view word)
-{
-    return std::find(std::begin(kCppKeywords), std::end(kCppKeywords), word) != std::end(kCppKeywords);
-}
-
-bool GeneratedName::IsPythonKeyword(std::string_view word)
-{
-    return std::find(std::begin(kPythonKeywords), std::end(kPythonKeywords), word)
-        != std::end(kPythonKeywords);
-}
-
-std::string GeneratedName::Problem(std::string_view name)
-{
-    static std::string const fix = "; give another with --name or rename the file";
     if (name.empty())
-        return "the name is empty" + fix;
+        return "the name is empty";
     if (name.size() > kMaxLength)
         return "the name is " + std::to_string(name.size()) + " characters long, more than the "
-            + std::to_string(kMaxLength) + " packager reads of a list line" + fix;
-    if (std::isdigit(static_cast<unsigned char>(name.front())))
-        return "the name " + std::string(name) + " starts with a digit, which C++ and Python names cannot"
-            + fix;
-    for (char const c : name)
-        if (!IsIdentifierCharacter(c))
-            return "the name " + std::string(name) + " holds " + Printable(c)
-                + ", which C++ and Python names cannot" + fix;
-    // The generated files write the name capitalised, so both spellings must be free.
-    std::string const capitalised = Capitalised(name);
-    for (std::string_view const word : { name, std::string_view(capitalised) }) {
-        if (IsCppKeyword(word))
-            return "the name " + std::string(name) + " is the C++ keyword " + std::string(word) + fix;
-        if (IsPythonKeyword(word))
-            return "the name " + std::string(name) + " is the Python keyword " + std::string(word) + fix;
-    }
-    return {};
+            + std::to_string(kMaxLength) + " packager reads of a list line";
+    auto const spelling = Spelling(name);
+    if (!spelling)
+        return "the name " + std::string(name) + " is not valid UTF-8";
+    auto const problem = Problem(*spelling);
+    if (!problem)
+        return std::nullopt;
+    if (*spelling == name)
+        return "the name " + std::string(name) + " " + *problem;
+    return "the name " + std::string(name) + ", " + *spelling + " in the generated sources, " + *problem;
+    return std::nullopt;
 }
+
+std::optional<std::string> GeneratedName::Spelling(std::string_view name)
+{
+    std::string const clean = EnumerationOutput::CleanName(name);
+    try {
+        return Zar::Lt::Core::ToCapital(std::string_view(clean));
+    } catch (std::exception const&) {
+        return std::nullopt;
+    }
+}
+
+std::optional<std::string> GeneratedName::Problem(std::string_view spelling)
+{
+    if (spelling.empty())
+        return "is empty";
+    if (IsAsciiDigit(spelling.front()))
+        return "starts with a digit";
+    auto const bad = std::find_if(spelling.begin(), spelling.end(),
+        [](char c) { return !IsAsciiLetter(c) && !IsAsciiDigit(c) && c != '_'; });
+    if (bad != spelling.end())
+        return "holds " + Shown(*bad) + ", which an identifier cannot";
+    if (IsCppKeyword(spelling))
+        return "is a C++ keyword";
+    if (IsPythonKeyword(spelling))
+        return "is a Python keyword";
+    if (spelling.find("__") != std::string_view::npos
+        || (spelling.size() > 1 && spelling[0] == '_' && spelling[1] >= 'A' && spelling[1] <= 'Z'))
+        return "is reserved to the C++ implementation (a double '_', or '_' and a capital letter)";
+    if (spelling.size() > 1 && spelling.front() == '_' && spelling.back() == '_')
+        return "is a name Python's enumerations keep for themselves ('_' at both ends)";
+    return std::nullopt;
+}
+
+bool GeneratedName::IsCommandsKey(std::string_view spelling) { return Holds(CommandsKeys(), spelling); }
+
+bool GeneratedName::IsCppKeyword(std::string_view word) { return Holds(CppKeywords(), word); }
+
+bool GeneratedName::IsPythonKeyword(std::string_view word) { return Holds(PythonKeywords(), word); }
+
+std::span<std::string_view const> GeneratedName::CppKeywords() { return kCppKeywords; }
+
+std::span<std::string_view const> GeneratedName::PythonKeywords() { return kPythonKeywords; }
+
+std::span<std::string_view const> GeneratedName::CommandsKeys() { return kCommandsKeys; }
 
 } // namespace Zar::ResourcesLibrary::Tools::Inspect

@@ -238,7 +238,9 @@ ImageImporter::Plan ImageImporter::Prepare(ImportSettings const& settings)
             continue;
         }
         for (auto& image : images) {
-            std::string problem = GeneratedName::Problem(image._name);
+            std::string problem;
+            if (auto const nameProblem = GeneratedName::ListedNameProblem(image._name))
+                problem = *nameProblem + "; give another with --name or rename the file";
             if (problem.empty())
                 problem = CheckKind(image, *kind);
             if (problem.empty() && namedBy.contains(image._name))

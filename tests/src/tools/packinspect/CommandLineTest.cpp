@@ -70,7 +70,7 @@ TEST(CommandLineTest, TheMainHelpListsEveryCommandOfTheTable)
     // A summary's later lines stand under its first.
     EXPECT_THAT(help,
         HasSubstr("  check [ROOT]            pack a bmp tree (default bmp/) as packager would and\n"
-                  "                          report every image that would fail\n"));
+                  "                          report every way the pack or its sources would go wrong\n"));
 }
 
 // The commands the man page describes: the first word of each tagged paragraph of its COMMANDS

@@ -107,10 +107,10 @@ void InputSequence::LoadAll(Callback const& callback, int start)
             callback(index, name, image);
         } catch (std::exception const& e) {
             if (_required)
-                errors += std::to_string(index) + " " + item + DefaultExtension() + " " + e.what() + "\n";
+                errors += ErrorLinePrefix(index, item) + e.what() + "\n";
         } catch (...) {
             if (_required)
-                errors += std::to_string(index) + " " + item + DefaultExtension() + " unknown exception\n";
+                errors += ErrorLinePrefix(index, item) + "unknown exception\n";
         }
     }
     if (_required && !errors.empty())
@@ -175,6 +175,11 @@ char const* InputSequence::DefaultExtension() const
 {
     char const* extension = _input ? Input::GetExtension(_input->GetFileFormat()) : nullptr;
     return extension ? extension : "";
+}
+
+std::string InputSequence::ErrorLinePrefix(int index, std::string const& item) const
+{
+    return std::to_string(index) + " " + item + DefaultExtension() + " ";
 }
 
 } // namespace Zar::ResourcesLibrary::Image

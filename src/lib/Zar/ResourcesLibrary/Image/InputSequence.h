@@ -50,9 +50,13 @@ public:
     // The item without its folders and without its extension, when it has a usable one.
     static std::string BareName(std::string const& item);
 
-private:
+    // The extension of the loader's file format, written after an item in its error line; empty for
+    // the detecting loader, and when there is no loader.
     char const* DefaultExtension() const;
+    // How LoadAll's error line for an item starts; the failure's text follows it.
+    std::string ErrorLinePrefix(int index, std::string const& item) const;
 
+private:
     std::unique_ptr<Input> _input;
     std::string _directory;
     std::string _pattern;

@@ -251,6 +251,19 @@ TEST(InputSequenceTest, EveryFailedItemGetsALineWithTheLoadersExtension)
     EXPECT_THAT(recorder.calls, ElementsAre(Call { 2, "good" }));
 }
 
+TEST(InputSequenceTest, TheErrorLinePrefixIsTheIndexTheItemAndTheLoadersExtension)
+{
+    InputSequence const bmp(FileFormat::Bmp, "icons/", "%04u.bmp", true);
+    EXPECT_STREQ(".bmp", bmp.DefaultExtension());
+    EXPECT_EQ("3 Play.bmp ", bmp.ErrorLinePrefix(3, "Play"));
+    InputSequence const detecting(FileFormat::None, "icons/", "%04", true);
+    EXPECT_STREQ("", detecting.DefaultExtension());
+    EXPECT_EQ("12 dir/Play ", detecting.ErrorLinePrefix(12, "dir/Play"));
+    InputSequence const none(FileFormat::Pbm, "icons/", "%d", true);
+    EXPECT_STREQ("", none.DefaultExtension());
+    EXPECT_EQ("-1 x ", none.ErrorLinePrefix(-1, "x"));
+}
+
 TEST(InputSequenceTest, ACallbackAnsweringFalseDoesNotStopTheWalk)
 {
     ScratchFolder folder;
