@@ -8,6 +8,7 @@
 #include "Zar/Lt/Core/ScratchFolder.h"
 #include "Zar/ResourcesLibrary/Image/FileFormat.h"
 #include "Zar/ResourcesLibrary/Image/InputSequence.h"
+#include "Zar/ResourcesLibrary/Image/codec/IndexPattern.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -17,7 +18,7 @@
 #include <string_view>
 
 using Zar::ResourcesLibrary::Image::FileFormat;
-using Zar::ResourcesLibrary::Image::Input;
+using Zar::ResourcesLibrary::Image::IndexPattern;
 using Zar::ResourcesLibrary::Image::InputSequence;
 
 namespace {
@@ -38,8 +39,8 @@ void CheckPaths(InputSequence const& sequence, std::string const& item, int inde
     std::string const bare = InputSequence::BareName(item);
     ZAR_FUZZ_CHECK(bare.size() <= item.size());
     ZAR_FUZZ_CHECK(bare.find('/') == std::string::npos);
-    ZAR_FUZZ_CHECK(sequence.GetFilePath(index, item).size() < Input::kPathBufferSize);
-    ZAR_FUZZ_CHECK(sequence.GetInput()->GetFilePath(index, item).size() < Input::kPathBufferSize);
+    ZAR_FUZZ_CHECK(sequence.GetFilePath(index, item).size() < IndexPattern::kPathBufferSize);
+    ZAR_FUZZ_CHECK(sequence.GetInput()->GetFilePath(index, item).size() < IndexPattern::kPathBufferSize);
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include "Zar/ResourcesLibrary/Image/FileFormatHelper.h"
 #include "Zar/ResourcesLibrary/Image/ImageFormat.h"
 #include "Zar/ResourcesLibrary/Image/InputSequence.h"
+#include "Zar/ResourcesLibrary/Image/codec/IndexPattern.h"
 #include "Zar/ResourcesLibrary/Image/codec/Input.h"
 
 #include <fuzzer/FuzzedDataProvider.h>
@@ -20,6 +21,7 @@
 using Zar::ResourcesLibrary::Image::FileFormat;
 using Zar::ResourcesLibrary::Image::FileFormatHelper;
 using Zar::ResourcesLibrary::Image::ImageFormat;
+using Zar::ResourcesLibrary::Image::IndexPattern;
 using Zar::ResourcesLibrary::Image::Input;
 using Zar::ResourcesLibrary::Image::InputSequence;
 
@@ -45,19 +47,19 @@ void CheckLoaderPaths(FileFormat format, std::string const& folder, std::string 
     std::unique_ptr<Input> const input
         = Input::Create(format, ImageFormat::Unknown, std::string(folder), std::string(pattern));
     if (input) {
-        ZAR_FUZZ_CHECK(input->GetFilePath(index, name).size() < Input::kPathBufferSize);
-        ZAR_FUZZ_CHECK(input->GetFilePath(index, "").size() < Input::kPathBufferSize);
+        ZAR_FUZZ_CHECK(input->GetFilePath(index, name).size() < IndexPattern::kPathBufferSize);
+        ZAR_FUZZ_CHECK(input->GetFilePath(index, "").size() < IndexPattern::kPathBufferSize);
     }
     std::unique_ptr<Input> const byPath = Input::Create(name.c_str());
     if (byPath)
-        ZAR_FUZZ_CHECK(byPath->GetFilePath(index, folder).size() < Input::kPathBufferSize);
+        ZAR_FUZZ_CHECK(byPath->GetFilePath(index, folder).size() < IndexPattern::kPathBufferSize);
 }
 
 void CheckSequencePaths(FileFormat format, std::string const& folder, std::string const& pattern,
     std::string const& name, int index)
 {
     InputSequence const sequence(format, folder, pattern, false);
-    ZAR_FUZZ_CHECK(sequence.GetFilePath(index, name).size() < Input::kPathBufferSize);
+    ZAR_FUZZ_CHECK(sequence.GetFilePath(index, name).size() < IndexPattern::kPathBufferSize);
     ZAR_FUZZ_CHECK(InputSequence::BareName(name).size() <= name.size());
 }
 

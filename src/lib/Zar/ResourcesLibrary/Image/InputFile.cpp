@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <fstream>
 #include <utility>
@@ -13,6 +14,9 @@
 namespace Zar::ResourcesLibrary::Image {
 
 namespace {
+
+// Bytes read at most per piece while the size a file declares is not yet proven.
+constexpr size_t kReadStep = size_t { 1 } << 20;
 
 // Closes the descriptor on every way out of a read.
 class Descriptor {
@@ -98,6 +102,43 @@ std::unique_ptr<std::istream> InputFile::Open(char const* path)
     if (std::optional<std::vector<uint8_t>> bytes = ReadWhole(path))
         return std::make_unique<ByteStream>(std::move(*bytes));
     return OpenAsStream(path);
+}
+
+std::vector<uint8_t> InputFile::ReadAvailable(uint64_t size, PieceReader const& read)
+{
+    std::vector<uint8_t> data;
+    while (data.size() < size) {
+        size_t const step = static_cast<size_t>(std::min<uint64_t>(size - data.size(), kReadStep));
+        size_t const before = data.size();
+        data.resize(before + step);
+        size_t const got = read(data.data() + before, step);
+        data.resize(before + std::min(got, step));
+        if (got < step)
+            break;
+    }
+    return data;
+}
+
+std::vector<uint8_t> InputFile::ReadAvailable(std::istream& stream, uint64_t size)
+{
+    return ReadAvailable(size, [&stream](uint8_t* data, size_t count) {
+        stream.read(reinterpret_cast<char*>(data), static_cast<std::streamsize>(count));
+        return static_cast<size_t>(stream.gcount());
+    });
+}
+
+std::optional<uint64_t> InputFile::RemainingBytes(std::istream& stream)
+{
+    std::streampos const here = stream.tellg();
+    if (here == std::streampos(-1))
+        return std::nullopt;
+    stream.seekg(0, std::ios::end);
+    std::streampos const end = stream.tellg();
+    stream.clear();
+    stream.seekg(here);
+    if (end == std::streampos(-1) || end < here || !stream)
+        return std::nullopt;
+    return static_cast<uint64_t>(end - here);
 }
 
 } // namespace Zar::ResourcesLibrary::Image

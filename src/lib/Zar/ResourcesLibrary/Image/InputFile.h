@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <istream>
 #include <memory>
 #include <optional>
@@ -26,6 +28,21 @@ public:
     // cannot be opened, is not regular, is empty or larger. A file that is not regular is not even
     // opened (a pipe's writer would take that open for its reader). The file is closed on return.
     static std::optional<std::vector<uint8_t>> ReadWhole(char const* path);
+
+    // Reads a piece of at most count bytes into data and returns how many it put there.
+    using PieceReader = std::function<size_t(uint8_t* data, size_t count)>;
+
+    // Reads up to size bytes through read, stopping at its first short piece. The buffer grows only
+    // as bytes arrive, so a size that the data cannot back never turns into a large allocation.
+    static std::vector<uint8_t> ReadAvailable(uint64_t size, PieceReader const& read);
+
+    // The same, reading the stream directly.
+    static std::vector<uint8_t> ReadAvailable(std::istream& stream, uint64_t size);
+
+    // The bytes a stream still holds from its position on, when it can tell (a file read into
+    // memory, file and string streams can); nothing when it cannot seek. The position is left where
+    // it was and the stream's state cleared.
+    static std::optional<uint64_t> RemainingBytes(std::istream& stream);
 };
 
 } // namespace Zar::ResourcesLibrary::Image

@@ -2,6 +2,7 @@
 
 #include "Zar/Lt/Exceptions/Check.h"
 #include "Zar/ResourcesLibrary/Image/InputFile.h"
+#include "Zar/ResourcesLibrary/Image/codec/IndexPattern.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
 #include <cstring>
@@ -118,16 +119,16 @@ void InputSequence::LoadAll(Callback const& callback, int start)
 
 std::string InputSequence::GetFilePath(int index, std::string const& name) const
 {
-    std::string const pattern = Input::PatternOrDefault(_pattern);
-    char buffer[Input::kPathBufferSize] = {};
+    std::string const pattern = IndexPattern::OrDefault(_pattern);
+    char buffer[IndexPattern::kPathBufferSize] = {};
     if (pattern.find('/') != std::string::npos) {
-        Input::FormatIndex(buffer, sizeof(buffer), pattern, index);
+        IndexPattern::Format(buffer, sizeof(buffer), pattern, index);
     } else {
         // The number follows the directory in what remains of the buffer: a long directory cuts
         // the number rather than running past the buffer.
         std::strncpy(buffer, _directory.c_str(), sizeof(buffer) - 1);
         size_t const used = std::strlen(buffer);
-        Input::FormatIndex(buffer + used, sizeof(buffer) - used, pattern, index);
+        IndexPattern::Format(buffer + used, sizeof(buffer) - used, pattern, index);
     }
     if (!name.empty()) {
         if (char* slash = std::strrchr(buffer, '/')) {
@@ -147,8 +148,8 @@ MutableImage InputSequence::Read(int index)
 {
     if (!CheckInput())
         return MutableImage();
-    char path[Input::kPathBufferSize];
-    Input::FormatIndex(path, sizeof(path), Input::PatternOrDefault(_pattern), index);
+    char path[IndexPattern::kPathBufferSize];
+    IndexPattern::Format(path, sizeof(path), IndexPattern::OrDefault(_pattern), index);
     return _input->Load(static_cast<char const*>(path));
 }
 

@@ -8,6 +8,7 @@
 #include <cctype>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -62,22 +63,6 @@ ImageInfo MakeInfo(TextLayout const& layout)
     return info;
 }
 
-// Reads the whole stream, growing the buffer only as bytes actually arrive, so that a size the
-// file system reports but the file does not deliver (a directory, say) is never allocated.
-std::vector<uint8_t> ReadAll(std::istream& stream, size_t expectedSize)
-{
-    constexpr size_t kChunk = 64 * 1024;
-    std::vector<uint8_t> buffer;
-    while (buffer.size() < expectedSize && stream.good()) {
-        size_t const offset = buffer.size();
-        size_t const wanted = std::min(kChunk, expectedSize - offset);
-        buffer.resize(offset + wanted);
-        stream.read(reinterpret_cast<char*>(buffer.data() + offset), static_cast<std::streamsize>(wanted));
-        buffer.resize(offset + static_cast<size_t>(stream.gcount()));
-    }
-    return buffer;
-}
-
 } // namespace
 
 AsciiInput::AsciiInput(FileFormat fileFormat, ImageFormat imageFormat, std::string pattern,
@@ -130,11 +115,10 @@ MutableImage AsciiInput::Load(char const* filePath)
     std::unique_ptr<std::istream> const stream = InputFile::Open(path.c_str());
     std::vector<uint8_t> text;
     if (stream && stream->good()) {
-        stream->seekg(0, std::ios::end);
-        std::streamoff const end = stream->tellg();
-        stream->seekg(0, std::ios::beg);
-        if (end > 0)
-            text = ReadAll(*stream, static_cast<size_t>(end));
+        // A size the file system reports but the file does not deliver (a directory, say) is read
+        // as far as it goes and never allocated up front.
+        if (std::optional<uint64_t> const size = InputFile::RemainingBytes(*stream))
+            text = InputFile::ReadAvailable(*stream, *size);
     }
     if (text.empty() || !stream || stream->bad())
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Ascii::Load cannot read " + path);

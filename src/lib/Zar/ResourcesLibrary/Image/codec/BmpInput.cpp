@@ -63,28 +63,31 @@ std::string FormatName(ImageFormat format)
     return value > 11 ? "Undefined" : ImageFormatHelper::GetString(value);
 }
 
-// The bytes a stream still holds from its position on, when it can tell (a file read into memory,
-// file and string streams can); nothing when it cannot seek. The position is left where it was.
-std::optional<uint64_t> RemainingBytes(std::istream& stream)
-{
-    std::streampos const here = stream.tellg();
-    if (here == std::streampos(-1))
-        return std::nullopt;
-    stream.seekg(0, std::ios::end);
-    std::streampos const end = stream.tellg();
-    stream.clear();
-    stream.seekg(here);
-    if (end == std::streampos(-1) || end < here || !stream)
-        return std::nullopt;
-    return static_cast<uint64_t>(end - here);
-}
-
 // Palette entry 0 counts only when its three colour bytes lie inside the header block.
 bool PaletteStartsWithWhite(std::vector<uint8_t> const& block, uint32_t paletteOffset)
 {
     if (uint64_t { paletteOffset } + white.size() > block.size())
         return false;
     return std::equal(white.begin(), white.end(), block.begin() + paletteOffset);
+}
+
+// Four output bytes (eight 4-bit pixels) for each source byte, up to the output line's end, the
+// image's width or the source line's end, whichever comes first.
+void ExpandMonoLine(uint8_t const* source, uint8_t* output, ImageInfo const& info, uint64_t sourceStride,
+    std::array<uint8_t, 4> const& table)
+{
+    auto const width = static_cast<uint64_t>(info.Width());
+    uint64_t const outputStride = info.Stride();
+    for (uint64_t i = 1; 4 * i <= outputStride; ++i) {
+        uint8_t const b = source[i - 1];
+        output[0] = table[b >> 6];
+        output[1] = table[(b >> 4) & 3];
+        output[2] = table[(b >> 2) & 3];
+        output[3] = table[b & 3];
+        output += 4;
+        if (8 * i >= width || i == sourceStride)
+            break;
+    }
 }
 
 } // namespace
@@ -207,15 +210,13 @@ MutableImage BmpInput::ReadData(std::istream& stream, std::vector<uint8_t> const
 {
     BITMAPINFOHEADER const header = Zar::ResourcesLibrary::Image::BmpInternal::InfoHeaderOf(block);
     uint32_t const bits = uint32_t { header.biPlanes } * header.biBitCount;
-    ImageInfo info = ToImageInfo(header, format);
-    uint32_t const bitsPerPixel = ImageFormatHelper::BitsPerPixel(info.Format());
-    uint64_t const sourceStride = ImageInfo::RoundedDownStrideOf(info.Width(), bitsPerPixel);
-    uint64_t const height = static_cast<uint64_t>(info.Height());
-    uint64_t const dataSize = sourceStride * height;
-    if (info.Format() != ImageFormat::Gray4) {
-        info._format = ImageFormat::Gray4;
-        info._stride = ImageInfo::StrideOf(info.Width(), ImageFormat::Gray4);
-    }
+    ImageInfo const sourceInfo = ToImageInfo(header, format);
+    uint32_t const bitsPerPixel = ImageFormatHelper::BitsPerPixel(sourceInfo.Format());
+    SourceLines const source { ImageInfo::RoundedDownStrideOf(sourceInfo.Width(), bitsPerPixel),
+        static_cast<uint64_t>(sourceInfo.Height()) };
+    ImageInfo info = sourceInfo;
+    info._format = ImageFormat::Gray4;
+    info._stride = ImageInfo::StrideOf(info.Width(), ImageFormat::Gray4);
 
     if (bits != 4 && bits != 1)
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
@@ -226,69 +227,77 @@ MutableImage BmpInput::ReadData(std::istream& stream, std::vector<uint8_t> const
     // really holds leads to an allocation. 1-bit data grows four times when decoded, so where the
     // stream can tell what it still holds, it is checked there and decoded a line at a time rather
     // than held whole beside the image.
-    std::optional<uint64_t> const remaining = bits == 1 ? RemainingBytes(stream) : std::nullopt;
+    std::optional<uint64_t> const remaining = bits == 1 ? InputFile::RemainingBytes(stream) : std::nullopt;
     std::vector<uint8_t> data;
     if (!remaining)
-        data = ReadAvailable(stream, dataSize);
-    uint64_t const available = remaining ? std::min(*remaining, dataSize) : data.size();
-    if (available < dataSize)
+        data = ReadAvailable(stream, source.Size());
+    CheckLimits(info, source, remaining ? std::min(*remaining, source.Size()) : data.size());
+
+    MutableImage image(info, std::vector<uint8_t>(size_t { info.Stride() } * source.count, 0));
+    bool const startsWithWhite = PaletteStartsWithWhite(block, header.biSize);
+    if (bits == 4)
+        Decode4Bit(image, data, startsWithWhite);
+    else
+        Decode1Bit(image, stream, remaining ? nullptr : &data, source, startsWithWhite);
+    return image;
+}
+
+void BmpInput::CheckLimits(ImageInfo const& info, SourceLines const& source, uint64_t available)
+{
+    if (available < source.Size())
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
-            "Cannot read image data " + std::to_string(available) + "/" + std::to_string(dataSize));
-    uint64_t const imageSize = uint64_t { info.Stride() } * height;
-    uint64_t const imageSizeLimit = 4 * dataSize + kImageSizeAllowance;
+            "Cannot read image data " + std::to_string(available) + "/" + std::to_string(source.Size()));
+    uint64_t const imageSize = uint64_t { info.Stride() } * source.count;
+    uint64_t const imageSizeLimit = 4 * source.Size() + kImageSizeAllowance;
     if (imageSize > imageSizeLimit)
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
             "Bmp image too large " + std::to_string(imageSize) + "/" + std::to_string(imageSizeLimit));
+}
 
-    MutableImage image(info, std::vector<uint8_t>(static_cast<size_t>(imageSize), 0));
-    bool const startsWithWhite = PaletteStartsWithWhite(block, header.biSize);
-    if (bits == 4) {
-        // The palette indices are taken as grey levels as they are, and the source lines are laid
-        // one after another: they match the image lines only where both strides agree. The
-        // source stride never exceeds the image stride, so the data always fits the buffer.
-        uint8_t* pixels = image.GetLine(0);
-        if (!data.empty())
-            std::memcpy(pixels, data.data(), static_cast<size_t>(std::min<uint64_t>(data.size(), imageSize)));
-        if (startsWithWhite)
-            image.ImplaceNegative();
-        if (info.IsBottomUp())
-            image.ImplaceFlipVertical();
-        return image;
-    }
+std::vector<uint8_t> BmpInput::ReadAvailable(std::istream& stream, uint64_t size)
+{
+    return InputFile::ReadAvailable(
+        size, [&](uint8_t* data, size_t count) { return Read(stream, data, count); });
+}
 
-    // 1 bit per pixel: converted two pixels at a time through a table, flipping bottom-up files
-    // line by line on the way; palette entry 1 is never consulted.
+void BmpInput::Decode4Bit(MutableImage& image, std::vector<uint8_t> const& data, bool startsWithWhite)
+{
+    // The palette indices are taken as grey levels as they are, and the source lines are laid one
+    // after another: they match the image lines only where both strides agree. The source stride
+    // never exceeds the image stride, so the data always fits the buffer.
+    uint8_t* pixels = image.GetLine(0);
+    if (!data.empty())
+        std::memcpy(pixels, data.data(), std::min(data.size(), image.Buffer().size()));
+    if (startsWithWhite)
+        image.ImplaceNegative();
+    if (image.Info().IsBottomUp())
+        image.ImplaceFlipVertical();
+}
+
+void BmpInput::Decode1Bit(MutableImage& image, std::istream& stream, std::vector<uint8_t> const* data,
+    SourceLines const& source, bool startsWithWhite)
+{
+    // Converted two pixels at a time through a table, flipping bottom-up files line by line on the
+    // way; palette entry 1 is never consulted.
     auto const& table = startsWithWhite ? whiteTable : blackTable;
-    uint64_t const width = static_cast<uint64_t>(info.Width());
-    uint64_t const outputStride = info.Stride();
-    uint64_t const lines = std::min<uint64_t>(height, kMonoLineCounterRange);
-    if (width == 0 || sourceStride == 0)
-        return image;
-    // One source line is backed by the file only when there is at least one line.
-    std::vector<uint8_t> line(remaining && height > 0 ? static_cast<size_t>(sourceStride) : 0);
+    ImageInfo const& info = image.Info();
+    uint64_t const lines = std::min<uint64_t>(source.count, kMonoLineCounterRange);
+    if (info.Width() == 0 || source.stride == 0)
+        return;
+    // Without the whole data at hand, one source line is read at a time; it is backed by the file
+    // only when there is at least one line.
+    std::vector<uint8_t> line(data == nullptr && source.count > 0 ? static_cast<size_t>(source.stride) : 0);
     // Source lines in file order; a bottom-up file stores the last output line first.
-    for (uint64_t sourceLine = 0; sourceLine < height; ++sourceLine) {
-        uint8_t const* source = line.data();
-        if (!remaining)
-            source = data.data() + sourceLine * sourceStride;
+    for (uint64_t sourceLine = 0; sourceLine < source.count; ++sourceLine) {
+        uint8_t const* bytes = line.data();
+        if (data != nullptr)
+            bytes = data->data() + sourceLine * source.stride;
         else if (size_t const got = Read(stream, line.data(), line.size()); got < line.size())
             throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
-                "Cannot read image data " + std::to_string(sourceLine * sourceStride + got) + "/"
-                    + std::to_string(dataSize));
-        uint64_t const y = info.IsBottomUp() ? height - 1 - sourceLine : sourceLine;
-        if (y >= lines)
-            continue;
-        uint8_t* output = image.Buffer().data() + y * outputStride;
-        for (uint64_t i = 1; 4 * i <= outputStride; ++i) {
-            uint8_t const b = source[i - 1];
-            output[0] = table[b >> 6];
-            output[1] = table[(b >> 4) & 3];
-            output[2] = table[(b >> 2) & 3];
-            output[3] = table[b & 3];
-            output += 4;
-            if (8 * i >= width || i == sourceStride)
-                break;
-        }
+                "Cannot read image data " + std::to_string(sourceLine * source.stride + got) + "/"
+                    + std::to_string(source.Size()));
+        uint64_t const y = info.IsBottomUp() ? source.count - 1 - sourceLine : sourceLine;
+        if (y < lines)
+            ExpandMonoLine(bytes, image.Buffer().data() + y * info.Stride(), info, source.stride, table);
     }
-    return image;
 }

@@ -77,4 +77,23 @@ public:
     // info header, because the palette that decides the grey order lies behind the info header.
     Zar::ResourcesLibrary::Image::MutableImage ReadData(std::istream& stream,
         std::vector<uint8_t> const& block, Zar::ResourcesLibrary::Image::ImageFormat format);
+
+private:
+    // The pixel data's lines as the file stores them.
+    struct SourceLines {
+        uint64_t stride; // bytes per line, rounded down (see ImageInfo::RoundedDownStrideOf)
+        uint64_t count;
+        uint64_t Size() const noexcept { return stride * count; }
+    };
+
+    // Refuses data shorter than its lines, and an image larger than the data can account for.
+    static void CheckLimits(
+        Zar::ResourcesLibrary::Image::ImageInfo const& info, SourceLines const& source, uint64_t available);
+    // Reads up to size bytes, as they arrive.
+    std::vector<uint8_t> ReadAvailable(std::istream& stream, uint64_t size);
+    static void Decode4Bit(Zar::ResourcesLibrary::Image::MutableImage& image,
+        std::vector<uint8_t> const& data, bool startsWithWhite);
+    // Decodes from data when it holds the whole pixel data, else line by line from the stream.
+    void Decode1Bit(Zar::ResourcesLibrary::Image::MutableImage& image, std::istream& stream,
+        std::vector<uint8_t> const* data, SourceLines const& source, bool startsWithWhite);
 };

@@ -4,6 +4,7 @@
 #include "Zar/ResourcesLibrary/Image/ImageFormat.h"
 #include "Zar/ResourcesLibrary/Image/ImageInfo.h"
 #include "Zar/ResourcesLibrary/Image/MutableImage.h"
+#include "Zar/ResourcesLibrary/Image/codec/IndexPattern.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -48,15 +49,6 @@ public:
 
     static char const* GetExtension(FileFormat format);
 
-    // Every path built from a pattern lives in a buffer of this size, terminator included.
-    static constexpr size_t kPathBufferSize = 512;
-
-    // Writes the pattern with its integer conversion replaced by the index into buffer (size bytes,
-    // always NUL-terminated when size > 0, cut where it does not fit). Only the first integer
-    // conversion is formatted; any other conversion is copied as plain text.
-    static void FormatIndex(char* buffer, size_t size, std::string const& pattern, int index);
-    // The pattern itself, or "%04d" when it holds no '%' to put the index in.
-    static std::string PatternOrDefault(std::string const& pattern);
     // The path's last extension, dot included, when it is a usable one: at least one character
     // after the last '.', which is not a second '.', and no '/' after it. Otherwise empty.
     static std::string_view UsableExtension(std::string_view path) noexcept;
@@ -71,10 +63,6 @@ public:
     std::string const& GetFolder() const noexcept { return _folder; }
 
 protected:
-    // Reads up to size bytes through the virtual stream Read. The buffer grows only as bytes
-    // arrive, so a size that the stream cannot back never turns into a large allocation.
-    std::vector<uint8_t> ReadAvailable(std::istream& stream, uint64_t size);
-
     FileFormat _fileFormat;
     ImageFormat _imageFormat;
     std::string _pattern;

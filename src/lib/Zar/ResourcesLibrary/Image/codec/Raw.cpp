@@ -1,18 +1,24 @@
 #include "Zar/ResourcesLibrary/Image/codec/Raw.h"
 
+#include "Zar/ResourcesLibrary/Image/InputFile.h"
+
 #include <algorithm>
+#include <cstdint>
+#include <optional>
+
+using Zar::ResourcesLibrary::Image::InputFile;
 
 size_t Raw::Open(std::ifstream& stream, char const* filePath, size_t maxSize)
 {
     stream.open(filePath != nullptr ? filePath : "");
     if (!stream.good())
         return 0;
-    stream.seekg(0, std::ios::end);
-    std::streamoff const end = stream.tellg();
-    stream.seekg(0, std::ios::beg);
     // A file whose size cannot be told leaves the stream failed, and the caller treats it as one
     // that could not be opened.
-    if (end <= 0 || !stream.good())
+    std::optional<uint64_t> const size = InputFile::RemainingBytes(stream);
+    if (!size) {
+        stream.setstate(std::ios::failbit);
         return 0;
-    return std::min(static_cast<size_t>(end), maxSize);
+    }
+    return static_cast<size_t>(std::min<uint64_t>(*size, maxSize));
 }

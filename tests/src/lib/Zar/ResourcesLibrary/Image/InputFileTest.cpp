@@ -16,7 +16,10 @@
 #include <fstream>
 #include <future>
 #include <iterator>
+#include <optional>
+#include <sstream>
 #include <string>
+#include <vector>
 
 using Zar::Lt::Core::ScratchFolder;
 using Zar::ResourcesLibrary::Image::ByteStream;
@@ -168,4 +171,49 @@ TEST(InputFileTest, APipeIsReadAsItsWriterWritesIt)
     EXPECT_TRUE(finished) << "the reader or the writer of the pipe still waited";
     EXPECT_EQ(text, reader.get());
     EXPECT_TRUE(writer.get()) << "the writer's write failed: its reader had left";
+}
+
+TEST(InputFileTest, ReadAvailableStopsAtTheFirstShortPiece)
+{
+    std::istringstream stream("abcde");
+    std::vector<uint8_t> const bytes = InputFile::ReadAvailable(stream, 8);
+    EXPECT_EQ("abcde", std::string(bytes.begin(), bytes.end()));
+}
+
+TEST(InputFileTest, ReadAvailableTakesNoMoreThanAsked)
+{
+    std::istringstream stream("abcde");
+    std::vector<uint8_t> const bytes = InputFile::ReadAvailable(stream, 3);
+    EXPECT_EQ("abc", std::string(bytes.begin(), bytes.end()));
+    EXPECT_EQ('d', stream.get());
+}
+
+TEST(InputFileTest, ReadAvailableOfAHugeSizeHoldsOnlyWhatArrives)
+{
+    size_t asked = 0;
+    std::vector<uint8_t> const bytes
+        = InputFile::ReadAvailable(uint64_t { 1 } << 40, [&asked](uint8_t* data, size_t count) {
+              asked = count;
+              data[0] = 'x';
+              return size_t { 1 };
+          });
+    EXPECT_EQ(std::vector<uint8_t> { 'x' }, bytes);
+    // One piece of a bounded size was offered, never the declared size.
+    EXPECT_EQ(size_t { 1 } << 20, asked);
+}
+
+TEST(InputFileTest, RemainingBytesCountsFromThePositionAndKeepsIt)
+{
+    std::istringstream stream("abcdef");
+    stream.get();
+    stream.get();
+    EXPECT_EQ(std::optional<uint64_t> { 4 }, InputFile::RemainingBytes(stream));
+    EXPECT_EQ('c', stream.get());
+}
+
+TEST(InputFileTest, RemainingBytesOfAStreamThatCannotTellIsNothing)
+{
+    std::istringstream stream("abc");
+    stream.setstate(std::ios::failbit);
+    EXPECT_EQ(std::nullopt, InputFile::RemainingBytes(stream));
 }

@@ -481,38 +481,6 @@ TEST(InputTest, GetFilePathAddsNoExtensionWhenThereIsADotAnywhere)
     EXPECT_EQ("dir.d/0007", input.GetFilePath(7, ""));
 }
 
-TEST(InputTest, GetFilePathFormatsNegativeIndexesAsPrintfWould)
-{
-    EXPECT_EQ("d/-1.bmp", RecordingInput(FileFormat::Bmp, "d/%d.bmp", "").GetFilePath(-1, ""));
-    EXPECT_EQ("d/4294967295.bmp", RecordingInput(FileFormat::Bmp, "d/%u.bmp", "").GetFilePath(-1, ""));
-}
-
-TEST(InputTest, GetFilePathFormatsFlagsWidthPrecisionAndBases)
-{
-    EXPECT_EQ("d/  007|.bmp", RecordingInput(FileFormat::Bmp, "d/%5.3d|.bmp", "").GetFilePath(7, ""));
-    // A '.' without digits is a precision of zero, which prints nothing at all for the index 0.
-    EXPECT_EQ("d/|.bmp", RecordingInput(FileFormat::Bmp, "d/%.d|.bmp", "").GetFilePath(0, ""));
-    EXPECT_EQ("d/   |.bmp", RecordingInput(FileFormat::Bmp, "d/%3.d|.bmp", "").GetFilePath(0, ""));
-    EXPECT_EQ("d/7|.bmp", RecordingInput(FileFormat::Bmp, "d/%.u|.bmp", "").GetFilePath(7, ""));
-    EXPECT_EQ("d/7    |.bmp", RecordingInput(FileFormat::Bmp, "d/%-5d|.bmp", "").GetFilePath(7, ""));
-    EXPECT_EQ("d/+7.bmp", RecordingInput(FileFormat::Bmp, "d/%+d.bmp", "").GetFilePath(7, ""));
-    EXPECT_EQ("d/00ff.bmp", RecordingInput(FileFormat::Bmp, "d/%04x.bmp", "").GetFilePath(255, ""));
-    EXPECT_EQ("d/0XFF.bmp", RecordingInput(FileFormat::Bmp, "d/%#X.bmp", "").GetFilePath(255, ""));
-    EXPECT_EQ("d/17.bmp", RecordingInput(FileFormat::Bmp, "d/%o.bmp", "").GetFilePath(15, ""));
-    EXPECT_EQ("d/0007.bmp", RecordingInput(FileFormat::Bmp, "d/%04ld.bmp", "").GetFilePath(7, ""));
-    EXPECT_EQ("d/5%.bmp", RecordingInput(FileFormat::Bmp, "d/%i%%.bmp", "").GetFilePath(5, ""));
-}
-
-TEST(InputTest, GetFilePathKeepsConversionsOtherThanOneNumberAsText)
-{
-    EXPECT_EQ("d/%s.bmp", RecordingInput(FileFormat::Bmp, "d/%s.bmp", "").GetFilePath(7, ""));
-    EXPECT_EQ("d/%n7.bmp", RecordingInput(FileFormat::Bmp, "d/%n%d.bmp", "").GetFilePath(7, ""));
-    EXPECT_EQ("d/7-%d.bmp", RecordingInput(FileFormat::Bmp, "d/%d-%d.bmp", "").GetFilePath(7, ""));
-    EXPECT_EQ("d/%*d.bmp", RecordingInput(FileFormat::Bmp, "d/%*d.bmp", "").GetFilePath(7, ""));
-    EXPECT_EQ("d/%p%f%c.bmp", RecordingInput(FileFormat::Bmp, "d/%p%f%c.bmp", "").GetFilePath(7, ""));
-    EXPECT_EQ("d/%04", RecordingInput(FileFormat::None, "d/%04", "").GetFilePath(7, ""));
-}
-
 TEST(InputTest, GetFilePathNeverRunsPastItsBuffer)
 {
     std::string const longText(600, 'a');
@@ -537,14 +505,6 @@ TEST(InputTest, GetFilePathCutsALongFolderAndNumber)
     EXPECT_EQ(std::string(509, 'f') + "00", input.GetFilePath(7, ""));
     RecordingInput named(FileFormat::Bmp, "x/%04u", "");
     EXPECT_EQ("x/" + std::string(509, 'n'), named.GetFilePath(7, std::string(600, 'n')));
-}
-
-TEST(InputTest, GetFilePathWithAHugeWidthGivesAFullBuffer)
-{
-    RecordingInput input(FileFormat::Bmp, "d/%999999999d", "");
-    std::string const path = input.GetFilePath(7, "");
-    EXPECT_EQ(511u, path.size());
-    EXPECT_EQ("d/" + std::string(509, ' '), path);
 }
 
 // ---- reading by index --------------------------------------------------------------------------
@@ -584,13 +544,6 @@ TEST(InputTest, ReadOfThreeLoadsFileThree)
 
 // ---- helpers -----------------------------------------------------------------------------------
 
-TEST(InputTest, PatternOrDefaultReplacesAPatternWithoutConversion)
-{
-    EXPECT_EQ("%04d", Input::PatternOrDefault(""));
-    EXPECT_EQ("%04d", Input::PatternOrDefault("img.bmp"));
-    EXPECT_EQ("%u.bmp", Input::PatternOrDefault("%u.bmp"));
-}
-
 TEST(InputTest, UsableExtensionFollowsTheLastDot)
 {
     EXPECT_EQ(".bmp", Input::UsableExtension("a/b.c/logo.bmp"));
@@ -601,15 +554,6 @@ TEST(InputTest, UsableExtensionFollowsTheLastDot)
     EXPECT_EQ(".b", Input::UsableExtension("a..b"));
     EXPECT_EQ("", Input::UsableExtension("dir.old/logo"));
     EXPECT_EQ("", Input::UsableExtension(""));
-}
-
-TEST(InputTest, FormatIndexIntoNoRoomWritesNothing)
-{
-    char buffer[1] = { 'x' };
-    Input::FormatIndex(buffer, 0, "%d", 7);
-    EXPECT_EQ('x', buffer[0]);
-    Input::FormatIndex(buffer, 1, "%d", 7);
-    EXPECT_EQ('\0', buffer[0]);
 }
 
 } // namespace
