@@ -10,20 +10,7 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 
 namespace {
 
-constexpr uint16_t kMagic = 0x4D42; // "BM"
 constexpr uint16_t kBitsPerPixel = 4;
-
-void Put16(std::vector<uint8_t>& out, uint16_t value)
-{
-    out.push_back(static_cast<uint8_t>(value));
-    out.push_back(static_cast<uint8_t>(value >> 8));
-}
-
-void Put32(std::vector<uint8_t>& out, uint32_t value)
-{
-    for (int shift = 0; shift < 32; shift += 8)
-        out.push_back(static_cast<uint8_t>(value >> shift));
-}
 
 } // namespace
 
@@ -41,22 +28,28 @@ std::vector<uint8_t> BmpFile::Gray4(ImageGeometry const& geometry, std::span<uin
     auto const dataSize = static_cast<uint32_t>(geometry.Size());
     std::vector<uint8_t> bytes;
     bytes.reserve(kPixelDataOffset + dataSize);
-    Put16(bytes, kMagic);
-    Put32(bytes, static_cast<uint32_t>(kPixelDataOffset + dataSize));
-    Put32(bytes, 0); // the two reserved words
-    Put32(bytes, static_cast<uint32_t>(kPixelDataOffset));
-
-    Put32(bytes, static_cast<uint32_t>(kInfoHeaderSize));
-    Put32(bytes, geometry.Width());
-    Put32(bytes, geometry.Height()); // positive: the bottom row comes first
-    Put16(bytes, 1); // planes
-    Put16(bytes, kBitsPerPixel);
-    Put32(bytes, 0); // no compression
-    Put32(bytes, dataSize);
-    Put32(bytes, kPixelsPerMeter);
-    Put32(bytes, kPixelsPerMeter);
-    Put32(bytes, static_cast<uint32_t>(kPaletteEntries));
-    Put32(bytes, 0); // every colour is important
+    Image::BmpLayout::Append(bytes,
+        Image::BmpLayout::BITMAPFILEHEADER {
+            .bfType = Image::BmpLayout::kMagic,
+            .bfSize = static_cast<uint32_t>(kPixelDataOffset + dataSize),
+            .bfReserved1 = 0,
+            .bfReserved2 = 0,
+            .bfOffBits = static_cast<uint32_t>(kPixelDataOffset),
+        });
+    Image::BmpLayout::Append(bytes,
+        Image::BmpLayout::BITMAPINFOHEADER {
+            .biSize = static_cast<uint32_t>(Image::BmpLayout::kInfoHeaderSize),
+            .biWidth = static_cast<int32_t>(geometry.Width()),
+            .biHeight = static_cast<int32_t>(geometry.Height()), // positive: the bottom row comes first
+            .biPlanes = 1,
+            .biBitCount = kBitsPerPixel,
+            .biCompression = 0,
+            .biSizeImage = dataSize,
+            .biXPelsPerMeter = kPixelsPerMeter,
+            .biYPelsPerMeter = kPixelsPerMeter,
+            .biClrUsed = static_cast<uint32_t>(kPaletteEntries),
+            .biClrImportant = 0, // every colour is important
+        });
 
     for (uint8_t level = 0; level < kPaletteEntries; ++level) {
         uint8_t const grey = GreyOf(level);

@@ -2,6 +2,8 @@
 
 #include "ImageGeometry.h"
 
+#include "Zar/ResourcesLibrary/Image/codec/BmpLayout.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -16,12 +18,9 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 // pack stores them, padding included, since a pack built from a 1-bit BMP may hold pixels there.
 class BmpFile {
 public:
-    static constexpr std::size_t kFileHeaderSize = 14;
-    static constexpr std::size_t kInfoHeaderSize = 40;
     static constexpr std::size_t kPaletteEntries = 16;
-    static constexpr std::size_t kPaletteEntrySize = 4;
-    static constexpr std::size_t kPixelDataOffset
-        = kFileHeaderSize + kInfoHeaderSize + kPaletteEntries * kPaletteEntrySize;
+    static constexpr std::size_t kPixelDataOffset = Image::BmpLayout::kFileHeaderSize
+        + Image::BmpLayout::kInfoHeaderSize + kPaletteEntries * Image::BmpLayout::kPaletteEntrySize;
     // 72 dots per inch, what most programs write.
     static constexpr uint32_t kPixelsPerMeter = 2835;
 
