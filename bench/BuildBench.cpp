@@ -1,5 +1,5 @@
 #include "BenchCheck.h"
-#include "BmpTree.h"
+#include "BenchTree.h"
 
 #include "Zar/Lt/Core/Version32.h"
 #include "Zar/ResourcesLibrary/Image/FileFormat.h"
@@ -46,7 +46,7 @@ private:
     std::streambuf* _previous;
 };
 
-void RunBuild(Zar::Bench::BmpTree const& tree)
+void RunBuild(Zar::Bench::BenchTree const& tree)
 {
     Build(Zar::Lt::Core::Version32(0, 6, 0, 0), tree.Root(), tree.Output(), kFirstSector,
         Zar::ResourcesLibrary::Image::FileFormat::None);
@@ -54,7 +54,7 @@ void RunBuild(Zar::Bench::BmpTree const& tree)
 
 // The pack holds the header, then the icon and screen sectors that the header maps (the tree's
 // images are the usual sizes, so the file has just those), and the summary counts every icon.
-bool BuildsThePack(Zar::Bench::BmpTree const& tree, int icons)
+bool BuildsThePack(Zar::Bench::BenchTree const& tree, int icons)
 {
     using Zar::ResourcesLibrary::Pack::PackFormat;
     std::ostringstream printed;
@@ -66,12 +66,12 @@ bool BuildsThePack(Zar::Bench::BmpTree const& tree, int icons)
     }
     auto const expected = PackFormat::kSectorSize
         * (1 + PackFormat::MappedIconSectors(static_cast<uint64_t>(icons))
-            + PackFormat::MappedScreenSectors(Zar::Bench::BmpTree::kScreens));
+            + PackFormat::MappedScreenSectors(Zar::Bench::BenchTree::kScreens));
     std::error_code error;
     auto const size = std::filesystem::file_size(tree.Output() + "oled.pack", error);
     return !error && size == expected
         && printed.str().find(", " + std::to_string(icons) + " icons at sector "
-               + std::to_string(kFirstSector) + ", " + std::to_string(Zar::Bench::BmpTree::kScreens)
+               + std::to_string(kFirstSector) + ", " + std::to_string(Zar::Bench::BenchTree::kScreens)
                + " screens")
         != std::string::npos;
 }
@@ -82,7 +82,7 @@ bool BuildsThePack(Zar::Bench::BmpTree const& tree, int icons)
 void BuildTree(benchmark::State& state)
 {
     int const icons = static_cast<int>(state.range(0));
-    Zar::Bench::BmpTree const tree(icons);
+    Zar::Bench::BenchTree const tree(icons);
     if (!Zar::Bench::Check(state, BuildsThePack(tree, icons), "the build does not make the expected pack"))
         return;
     NullBuffer discard;
@@ -103,7 +103,7 @@ BENCHMARK(BuildTree)
     ->Arg(0)
     ->Arg(10)
     ->Arg(100)
-    ->Arg(Zar::Bench::BmpTree::MaxIcons())
+    ->Arg(Zar::Bench::BenchTree::MaxIcons())
     ->Unit(benchmark::kMicrosecond)
     ->UseRealTime();
 

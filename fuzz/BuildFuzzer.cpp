@@ -17,6 +17,7 @@
 //     and a screen that fails after closing the icon sector (because the icons' generated files
 //     cannot be written for a name that is not UTF-8) leaves that sector short of ten icons.
 
+#include "BmpTree.h"
 #include "BmpWriter.h"
 #include "FuzzCheck.h"
 
@@ -42,6 +43,7 @@
 #include <string>
 #include <vector>
 
+using TestSupport::BmpTree;
 using Zar::Lt::Core::Version32;
 using Zar::ResourcesLibrary::Image::FileFormat;
 using Zar::ResourcesLibrary::Image::InputSequence;
@@ -225,35 +227,29 @@ Entry MakeEntry(ByteReader& reader)
     return entry;
 }
 
-void WriteFile(fs::path const& path, Bytes const& bytes)
-{
-    std::ofstream file(path, std::ios::binary | std::ios::trunc);
-    file.write(reinterpret_cast<char const*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-}
-
 Bytes ReadFile(fs::path const& path)
 {
     std::ifstream file(path, std::ios::binary);
     return Bytes(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
 }
 
-// Writes one image folder with its list file; a few junk lines of any bytes may be mixed in.
-void WriteFolder(ByteReader& reader, fs::path const& folder, int maxImages)
+// Writes one image folder of the tree with its list file; a few junk lines of any bytes may be
+// mixed in.
+void WriteFolder(ByteReader& reader, BmpTree const& tree, std::string const& folder, int maxImages)
 {
-    fs::create_directories(folder);
     std::string list;
     int const images = reader.InRange(0, maxImages);
     for (int i = 0; i < images; ++i) {
         Entry const entry = MakeEntry(reader);
         if (!entry.missing)
-            WriteFile(folder / entry.fileName, entry.bytes);
+            tree.Raw(folder + "/" + entry.fileName, entry.bytes);
         list += entry.listLine + "\n";
         if (reader.InRange(0, 7) == 0)
             list += reader.Text(300) + "\n";
     }
     if (reader.Bool() && !list.empty())
         list.pop_back();
-    WriteFile(folder / "list.txt", Bytes(list.begin(), list.end()));
+    tree.Raw(folder + "/list.txt", list);
 }
 
 // Loads a folder's list exactly as Build will (same sequence, same loaders) and tells whether
@@ -366,9 +362,10 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size)
     // First sectors that keep every icon sector below the screens' fixed 247, as the tool requires.
     int const sector = reader.InRange(0, 200);
     Version32 const version(reader.U32());
-    WriteFolder(reader, root / "icons", 24);
+    BmpTree const tree = BmpTree::In(scratch.Path());
+    WriteFolder(reader, tree, "icons", 24);
     if (reader.Bool())
-        WriteFolder(reader, root / "screens", 4);
+        WriteFolder(reader, tree, "screens", 4);
 
     bool const withinContract = LoadsWithinContract(root / "icons") && LoadsWithinContract(root / "screens");
     bool built = true;

@@ -12,20 +12,7 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 
 namespace {
 
-constexpr uint16_t kMagic = 0x4D42; // "BM"
 constexpr uint16_t kBitsPerPixel = 4;
-
-void Put16(std::vector<uint8_t>& out, uint16_t value)
-{
-    out.push_back(static_cast<uint8_t>(value));
-    out.push_back(static_cast<uint8_t>(value >> 8));
-}
-
-void Put32(std::vector<uint8_t>& out, uint32_t value)
-{
-    for (int shift = 0; shift < 32; shift += 8)
-        out.push_back(static_cast<uint8_t>(value >> shift));
-}
 
 } // namespace
 
@@ -56,25 +43,32 @@ std::vector<uint8_t> BmpFile::Gray4(ImageGeometry const& geometry, std::span<uin
 void BmpFile::PutHeaders(std::vector<uint8_t>& bytes, uint32_t width, uint32_t height, uint16_t bitsPerPixel,
     std::span<uint8_t const> greys, uint32_t dataSize)
 {
-    auto const pixelDataOffset
-        = static_cast<uint32_t>(kFileHeaderSize + kInfoHeaderSize + greys.size() * kPaletteEntrySize);
+    using Image::BmpLayout;
+    auto const pixelDataOffset = static_cast<uint32_t>(BmpLayout::kFileHeaderSize + BmpLayout::kInfoHeaderSize
+        + greys.size() * BmpLayout::kPaletteEntrySize);
     bytes.reserve(pixelDataOffset + dataSize);
-    Put16(bytes, kMagic);
-    Put32(bytes, pixelDataOffset + dataSize);
-    Put32(bytes, 0); // the two reserved words
-    Put32(bytes, pixelDataOffset);
-
-    Put32(bytes, static_cast<uint32_t>(kInfoHeaderSize));
-    Put32(bytes, width);
-    Put32(bytes, height); // positive: the bottom row comes first
-    Put16(bytes, 1); // planes
-    Put16(bytes, bitsPerPixel);
-    Put32(bytes, 0); // no compression
-    Put32(bytes, dataSize);
-    Put32(bytes, kPixelsPerMeter);
-    Put32(bytes, kPixelsPerMeter);
-    Put32(bytes, static_cast<uint32_t>(greys.size()));
-    Put32(bytes, 0); // every colour is important
+    BmpLayout::Append(bytes,
+        BmpLayout::BITMAPFILEHEADER {
+            .bfType = BmpLayout::kMagic,
+            .bfSize = pixelDataOffset + dataSize,
+            .bfReserved1 = 0,
+            .bfReserved2 = 0,
+            .bfOffBits = pixelDataOffset,
+        });
+    BmpLayout::Append(bytes,
+        BmpLayout::BITMAPINFOHEADER {
+            .biSize = static_cast<uint32_t>(BmpLayout::kInfoHeaderSize),
+            .biWidth = static_cast<int32_t>(width),
+            .biHeight = static_cast<int32_t>(height), // positive: the bottom row comes first
+            .biPlanes = 1,
+            .biBitCount = bitsPerPixel,
+            .biCompression = 0,
+            .biSizeImage = dataSize,
+            .biXPelsPerMeter = kPixelsPerMeter,
+            .biYPelsPerMeter = kPixelsPerMeter,
+            .biClrUsed = static_cast<uint32_t>(greys.size()),
+            .biClrImportant = 0, // every colour is important
+        });
     for (uint8_t const grey : greys)
         bytes.insert(bytes.end(), { grey, grey, grey, 0 }); // blue, green, red, reserved
 }

@@ -2,6 +2,8 @@
 
 #include "ImageGeometry.h"
 
+#include "Zar/ResourcesLibrary/Image/codec/BmpLayout.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -10,18 +12,16 @@
 
 namespace Zar::ResourcesLibrary::Tools::Inspect {
 
-// Writes a 4-bit image of a pack as an ordinary BMP: uncompressed, bottom-up, with the ascending
-// 16-level grey ramp as palette (index k shows grey 17 k), so that every program shows the display's
-// greys and packager's BMP loader reads back each index as its level. The rows are written as the
-// pack stores them, padding included, since a pack built from a 1-bit BMP may hold pixels there.
+// Writes images as ordinary BMPs: uncompressed, bottom-up. A 4-bit image has the ascending 16-level
+// grey ramp as palette (index k shows grey 17 k), so that every program shows the display's greys and
+// packager's BMP loader reads back each index as its level; its rows are written as the pack stores
+// them, padding included, since a pack built from a 1-bit BMP may hold pixels there. A 1-bit image
+// has the palette black, white.
 class BmpFile {
 public:
-    static constexpr std::size_t kFileHeaderSize = 14;
-    static constexpr std::size_t kInfoHeaderSize = 40;
     static constexpr std::size_t kPaletteEntries = 16;
-    static constexpr std::size_t kPaletteEntrySize = 4;
-    static constexpr std::size_t kPixelDataOffset
-        = kFileHeaderSize + kInfoHeaderSize + kPaletteEntries * kPaletteEntrySize;
+    static constexpr std::size_t kPixelDataOffset = Image::BmpLayout::kFileHeaderSize
+        + Image::BmpLayout::kInfoHeaderSize + kPaletteEntries * Image::BmpLayout::kPaletteEntrySize;
     // 72 dots per inch, what most programs write.
     static constexpr uint32_t kPixelsPerMeter = 2835;
 
@@ -36,11 +36,6 @@ public:
     // rows from the top down. Requires IsReadBackWhole(geometry).
     static std::vector<uint8_t> Gray4(ImageGeometry const& geometry, std::span<uint8_t const> pixels);
 
-private:
-    static void PutHeaders(std::vector<uint8_t>& bytes, uint32_t width, uint32_t height,
-        uint16_t bitsPerPixel, std::span<uint8_t const> greys, uint32_t dataSize);
-
-public:
     // The file of a black and white image with the palette black, white, which packager reads as levels 0
     // and 15. bits holds the rows from the top down, each MonoStride(width) bytes, the leftmost pixel in
     // the highest bit. Requires IsReadBackWholeMono(width).
@@ -52,6 +47,10 @@ public:
 
     // Writes the bytes to path; throws ResourcesLibraryException "Cannot write " + path.
     static void Save(std::string const& path, std::vector<uint8_t> const& bytes);
+
+private:
+    static void PutHeaders(std::vector<uint8_t>& bytes, uint32_t width, uint32_t height,
+        uint16_t bitsPerPixel, std::span<uint8_t const> greys, uint32_t dataSize);
 };
 
 } // namespace Zar::ResourcesLibrary::Tools::Inspect

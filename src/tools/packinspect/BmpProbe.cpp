@@ -1,7 +1,8 @@
 #include "BmpProbe.h"
 
-#include "BmpFile.h"
 #include "BmpPalette.h"
+
+#include "Zar/ResourcesLibrary/Image/codec/BmpLayout.h"
 
 #include <algorithm>
 #include <fstream>
@@ -10,17 +11,11 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 
 namespace {
 
-constexpr std::size_t kHeadersSize = BmpFile::kFileHeaderSize + BmpFile::kInfoHeaderSize;
+namespace Layout = Zar::ResourcesLibrary::Image::BmpLayout;
+
+constexpr std::size_t kHeadersSize = Layout::kFileHeaderSize + Layout::kInfoHeaderSize;
 // A palette never has more entries than an 8-bit index reaches.
 constexpr std::size_t kMaxPaletteEntries = 256;
-
-uint32_t U32(uint8_t const* p)
-{
-    return static_cast<uint32_t>(p[0]) | static_cast<uint32_t>(p[1]) << 8 | static_cast<uint32_t>(p[2]) << 16
-        | static_cast<uint32_t>(p[3]) << 24;
-}
-
-uint16_t U16(uint8_t const* p) { return static_cast<uint16_t>(p[0] | p[1] << 8); }
 
 // How many palette entries the depth indexes: 2 for 1 bit, 16 for 4, none above 8 bits.
 std::size_t IndexedEntries(unsigned bits) { return bits >= 1 && bits <= 8 ? std::size_t { 1 } << bits : 0; }
@@ -32,26 +27,29 @@ std::optional<BmpProbe> BmpProbe::Read(std::string const& path)
     std::ifstream stream(path, std::ios::binary);
     std::array<uint8_t, kHeadersSize> headers {};
     stream.read(reinterpret_cast<char*>(headers.data()), headers.size());
-    if (!stream || headers[0] != 'B' || headers[1] != 'M')
+    if (!stream)
         return std::nullopt;
-    uint8_t const* info = headers.data() + BmpFile::kFileHeaderSize;
+    Layout::BITMAPFILEHEADER const file = Layout::ReadFileHeader(headers.data());
+    Layout::BITMAPINFOHEADER const info = Layout::ReadInfoHeader(headers.data() + Layout::kFileHeaderSize);
+    if (file.bfType != Layout::kMagic)
+        return std::nullopt;
     BmpProbe probe;
-    probe._bits = static_cast<unsigned>(U16(info + 12)) * U16(info + 14);
-    probe._compression = U32(info + 16);
+    probe._bits = static_cast<unsigned>(info.biPlanes) * info.biBitCount;
+    probe._compression = info.biCompression;
 
-    uint64_t const paletteOffset = BmpFile::kFileHeaderSize + uint64_t { U32(info) };
-    uint64_t const dataOffset = U32(headers.data() + 10);
-    uint64_t const room = dataOffset > paletteOffset ? (dataOffset - paletteOffset) / 4 : 0;
-    uint32_t const used = U32(info + 32);
-    std::size_t const declared = used != 0 ? used : IndexedEntries(probe._bits);
+    uint64_t const paletteOffset = Layout::kFileHeaderSize + uint64_t { info.biSize };
+    uint64_t const dataOffset = file.bfOffBits;
+    uint64_t const room
+        = dataOffset > paletteOffset ? (dataOffset - paletteOffset) / Layout::kPaletteEntrySize : 0;
+    std::size_t const declared = info.biClrUsed != 0 ? info.biClrUsed : IndexedEntries(probe._bits);
     auto const count = static_cast<std::size_t>(
         std::min<uint64_t>({ room, declared, IndexedEntries(probe._bits), kMaxPaletteEntries }));
-    std::vector<uint8_t> entries(count * BmpFile::kPaletteEntrySize);
+    std::vector<uint8_t> entries(count * Layout::kPaletteEntrySize);
     stream.seekg(static_cast<std::streamoff>(paletteOffset));
     stream.read(reinterpret_cast<char*>(entries.data()), static_cast<std::streamsize>(entries.size()));
-    auto const got = static_cast<std::size_t>(stream.gcount()) / BmpFile::kPaletteEntrySize;
+    auto const got = static_cast<std::size_t>(stream.gcount()) / Layout::kPaletteEntrySize;
     for (std::size_t k = 0; k < got; ++k) {
-        uint8_t const* entry = &entries[k * BmpFile::kPaletteEntrySize];
+        uint8_t const* entry = &entries[k * Layout::kPaletteEntrySize];
         probe._palette.push_back({ entry[2], entry[1], entry[0] });
     }
     return probe;

@@ -67,7 +67,8 @@ inline std::vector<uint8_t> Framed(MutableImage const& image)
 
 // Writes a 4-bit BMP with an ascending grey palette (entry 0 black), so that the loaded image holds
 // the same bytes as the given one. The width must be even.
-inline void WriteGray4Bmp(std::filesystem::path const& path, MutableImage const& image)
+// The image as a 4-bit BMP file, palette black first.
+inline std::vector<uint8_t> Gray4Bmp(MutableImage const& image)
 {
     int const width = image.Info()._width;
     int const height = image.Info()._height;
@@ -77,8 +78,12 @@ inline void WriteGray4Bmp(std::filesystem::path const& path, MutableImage const&
         auto const begin = image.Buffer().begin() + static_cast<std::ptrdiff_t>(y * stride);
         rows.emplace_back(begin, begin + static_cast<std::ptrdiff_t>(stride));
     }
-    TestSupport::WriteFile(path,
-        TestSupport::BmpWriter::Gray4(width, std::move(rows), TestSupport::BmpWriter::BlackFirst).Bytes());
+    return TestSupport::BmpWriter::Gray4(width, std::move(rows), TestSupport::BmpWriter::BlackFirst).Bytes();
+}
+
+inline void WriteGray4Bmp(std::filesystem::path const& path, MutableImage const& image)
+{
+    TestSupport::WriteFile(path, Gray4Bmp(image));
 }
 
 } // namespace PackagerTests

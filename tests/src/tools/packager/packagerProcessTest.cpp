@@ -1,6 +1,7 @@
 // The packager executable run as a process, the way build scripts run it: exit status, what it
 // prints, and the files it leaves behind in its current folder.
 
+#include "BmpTree.h"
 #include "BmpWriter.h"
 #include "FileContents.h"
 #include "PackReader.h"
@@ -122,14 +123,15 @@ protected:
 
     void WriteResources() const
     {
-        WriteGray4Bmp(Work() / "bmp/icons/Play.bmp", MakeGray4Image(32, 24, 1));
+        BmpTree const tree = BmpTree::In(Work());
+        tree.Raw("icons/Play.bmp", Gray4Bmp(MakeGray4Image(32, 24, 1)));
         // A monochrome icon, loaded as 4-bit grey: the second row is lit, the others dark.
         std::vector<std::vector<uint8_t>> rows(24, std::vector<uint8_t>(4, 0x00));
         rows[1] = { 0xFF, 0xFF, 0xFF, 0xFF };
-        WriteFile(Work() / "bmp/icons/Line.bmp", BmpWriter::Mono(32, rows, BmpWriter::BlackFirst).Bytes());
-        WriteFile(Work() / "bmp/icons/list.txt", std::string("Play\r\n  Line.bmp\n"));
-        WriteGray4Bmp(Work() / "bmp/screens/Splash.bmp", MakeGray4Image(256, 64, 3));
-        WriteFile(Work() / "bmp/screens/list.txt", std::string("Splash\n"));
+        tree.Raw("icons/Line.bmp", BmpWriter::Mono(32, rows, BmpWriter::BlackFirst).Bytes());
+        tree.IconList("Play\r\n  Line.bmp\n");
+        tree.Raw("screens/Splash.bmp", Gray4Bmp(MakeGray4Image(256, 64, 3)));
+        tree.ScreenList("Splash\n");
     }
 
     ScratchFolder _scratch;

@@ -1,6 +1,7 @@
 // The command line and the build driver, called in-process: packager.cpp is compiled into this test
 // program with main renamed to PackagerMain.
 
+#include "BmpTree.h"
 #include "FileContents.h"
 #include "PackReader.h"
 #include "PackSummary.h"
@@ -73,13 +74,14 @@ std::shared_ptr<zar::logging::test::RecordingLogger> InstalledLogger()
 }
 
 // Writes a bmp/ tree with two icons (one framed, one selected) and one screen.
-void WriteResources(std::filesystem::path const& root)
+void WriteResources(std::filesystem::path const& folder)
 {
-    WriteGray4Bmp(root / "icons/Play.bmp", MakeGray4Image(32, 24, 1));
-    WriteGray4Bmp(root / "icons/Stop_Selected.bmp", MakeGray4Image(32, 24, 2));
-    WriteFile(root / "icons/list.txt", std::string("Play\nStop_Selected.bmp\n"));
-    WriteGray4Bmp(root / "screens/Splash.bmp", MakeGray4Image(256, 64, 3));
-    WriteFile(root / "screens/list.txt", std::string("Splash\n"));
+    BmpTree const tree = BmpTree::In(folder);
+    tree.Raw("icons/Play.bmp", Gray4Bmp(MakeGray4Image(32, 24, 1)));
+    tree.Raw("icons/Stop_Selected.bmp", Gray4Bmp(MakeGray4Image(32, 24, 2)));
+    tree.IconList("Play\nStop_Selected.bmp\n");
+    tree.Raw("screens/Splash.bmp", Gray4Bmp(MakeGray4Image(256, 64, 3)));
+    tree.ScreenList("Splash\n");
 }
 
 class PackagerTest : public testing::Test {
@@ -111,7 +113,7 @@ protected:
 
 class PackagerWithResourcesTest : public PackagerTest {
 protected:
-    PackagerWithResourcesTest() { WriteResources(_folder / "bmp"); }
+    PackagerWithResourcesTest() { WriteResources(_folder.Path()); }
 
     // Runs the tool and checks it built, returning the summary line.
     std::string Summary(std::vector<std::string> const& arguments)
@@ -295,7 +297,7 @@ protected:
 
 TEST_F(BuildTest, WritesThePackAndTheSourcesIntoTheOutputFolder)
 {
-    WriteResources(_folder / "bmp");
+    WriteResources(_folder.Path());
     std::string const printed
         = CaptureStdout([&] { Build(Version32(1, 2, 3, 4), Root(), Out(), 12, FileFormat::None); });
 
@@ -371,7 +373,7 @@ TEST_F(BuildTest, TheScreensAreOptional)
 
 TEST_F(BuildTest, AMissingScreenFileIsSkippedSilently)
 {
-    WriteResources(_folder / "bmp");
+    WriteResources(_folder.Path());
     WriteFile(_folder / "bmp/screens/list.txt", std::string("Missing\nSplash\n"));
     std::string const printed
         = CaptureStdout([&] { Build(Version32(), Root(), Out(), 12, FileFormat::None); });
@@ -380,7 +382,7 @@ TEST_F(BuildTest, AMissingScreenFileIsSkippedSilently)
 
 TEST_F(BuildTest, AMissingIconFileStopsTheBuildBeforeTheScreens)
 {
-    WriteResources(_folder / "bmp");
+    WriteResources(_folder.Path());
     WriteFile(_folder / "bmp/icons/list.txt", std::string("Play\nMissing\n"));
     testing::internal::CaptureStdout();
     EXPECT_THAT([&] { Build(Version32(), Root(), Out(), 12, FileFormat::None); },
@@ -393,7 +395,7 @@ TEST_F(BuildTest, AMissingIconFileStopsTheBuildBeforeTheScreens)
 
 TEST_F(BuildTest, AFailedImageFailsTheBuildOnceThePackIsComplete)
 {
-    WriteResources(_folder / "bmp");
+    WriteResources(_folder.Path());
     WriteGray4Bmp(_folder / "bmp/icons/Play-Pause.bmp", MakeGray4Image(32, 24, 4));
     WriteFile(_folder / "bmp/icons/list.txt", std::string("Play\nPlay-Pause\nStop_Selected\n"));
     testing::internal::CaptureStdout();
@@ -407,7 +409,7 @@ TEST_F(BuildTest, AFailedImageFailsTheBuildOnceThePackIsComplete)
 
 TEST_F(BuildTest, AFormatWithoutLoaderHasNoInputForTheIcons)
 {
-    WriteResources(_folder / "bmp");
+    WriteResources(_folder.Path());
     testing::internal::CaptureStdout();
     EXPECT_THAT([&] { Build(Version32(), Root(), Out(), 12, FileFormat::Pbm); },
         testing::ThrowsMessage<ResourcesLibraryException>(testing::StrEq("No input")));

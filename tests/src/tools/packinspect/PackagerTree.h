@@ -4,11 +4,10 @@
 // that take packs apart and compare them: the pack, the summary packager printed and the generated
 // sources, all of which a rebuild must reproduce.
 
+#include "BmpTree.h"
 #include "FileContents.h"
 #include "ShellCommand.h"
 #include "TestPacks.h"
-
-#include "Zar/Lt/Core/ScratchFolder.h"
 
 #include <filesystem>
 #include <string>
@@ -28,35 +27,28 @@ class PackagerTree {
 public:
     PackagerTree()
     {
-        TestSupport::WriteFile(_folder / "bmp/icons/list.txt", std::string());
-        TestSupport::WriteFile(_folder / "bmp/screens/list.txt", std::string());
+        _tree.IconList(std::string());
+        _tree.ScreenList(std::string());
     }
 
     // Adds an image file and its list line (by default the file's name).
-    void Icon(std::string const& name, Bytes const& bmp) { Add("icons", name, bmp); }
-    void Screen(std::string const& name, Bytes const& bmp) { Add("screens", name, bmp); }
+    void Icon(std::string const& name, Bytes const& bmp) { _tree.AddIcon(name, bmp); }
+    void Screen(std::string const& name, Bytes const& bmp) { _tree.AddScreen(name, bmp); }
 
     // Runs packager in the folder; the summary is what it printed.
     void Build(std::string const& arguments)
     {
         _run = TestSupport::RunShellCommand(
-            TestSupport::ShellQuoted(PackagerPath()) + " " + arguments + " > summary.txt", _folder.Path());
+            TestSupport::ShellQuoted(PackagerPath()) + " " + arguments + " > summary.txt", Folder());
     }
 
-    std::filesystem::path const& Folder() const { return _folder.Path(); }
-    std::string Pack() const { return (_folder / "oled.pack").string(); }
-    std::string Summary() const { return TestSupport::ReadText(_folder / "summary.txt"); }
+    std::filesystem::path const& Folder() const { return _tree.Folder(); }
+    std::string Pack() const { return (Folder() / "oled.pack").string(); }
+    std::string Summary() const { return TestSupport::ReadText(Folder() / "summary.txt"); }
     TestSupport::CommandResult const& Run() const { return _run; }
 
 private:
-    void Add(std::string const& kind, std::string const& name, Bytes const& bmp)
-    {
-        TestSupport::WriteFile(_folder / "bmp" / kind / (name + ".bmp"), bmp);
-        std::string const list = TestSupport::ReadText(_folder / "bmp" / kind / "list.txt");
-        TestSupport::WriteFile(_folder / "bmp" / kind / "list.txt", list + name + ".bmp\n");
-    }
-
-    Zar::Lt::Core::ScratchFolder _folder;
+    TestSupport::BmpTree _tree;
     TestSupport::CommandResult _run;
 };
 

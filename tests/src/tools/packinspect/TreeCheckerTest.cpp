@@ -1,5 +1,6 @@
 #include "TreeChecker.h"
 
+#include "BmpTree.h"
 #include "FileContents.h"
 #include "RecordingLogger.h"
 #include "TestPacks.h"
@@ -27,26 +28,16 @@ using Zar::ResourcesLibrary::Tools::Inspect::TreeChecker;
 
 namespace {
 
-// A bmp tree in a temporary folder: icons/ and screens/, each with its list.txt.
-class Tree {
+// A bmp tree whose icons and screens are grey ramps of the display's sizes.
+class Tree : public TestSupport::BmpTree {
 public:
-    std::string Root() const { return (_folder / "bmp").string() + "/"; }
-    std::string File(std::string const& relative) const { return Root() + relative; }
-
     void Icon(std::string const& name, std::array<uint8_t, 16> const& greys = AscendingGreys())
     {
-        WriteFile(_folder / "bmp/icons" / (name + ".bmp"), Bmp4(32, 24, greys, Ramp(32, 24, 1)));
+        Raw("icons/" + name + ".bmp", Bmp4(32, 24, greys, Ramp(32, 24, 1)));
     }
     void Screen(std::string const& name)
     {
-        WriteFile(
-            _folder / "bmp/screens" / (name + ".bmp"), Bmp4(256, 64, AscendingGreys(), Ramp(256, 64, 2)));
-    }
-    void IconList(std::string const& text) { WriteFile(_folder / "bmp/icons/list.txt", text); }
-    void ScreenList(std::string const& text) { WriteFile(_folder / "bmp/screens/list.txt", text); }
-    void Raw(std::string const& relative, Bytes const& bytes)
-    {
-        WriteFile(_folder / "bmp" / relative, bytes);
+        Raw("screens/" + name + ".bmp", Bmp4(256, 64, AscendingGreys(), Ramp(256, 64, 2)));
     }
     void Text(std::string const& relative, std::string const& text)
     {
@@ -65,9 +56,6 @@ public:
         Screen("Splash");
         ScreenList("Splash\n");
     }
-
-private:
-    ScratchFolder _folder;
 };
 
 struct Outcome {

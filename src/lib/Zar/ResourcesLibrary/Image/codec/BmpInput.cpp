@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -16,14 +15,13 @@
 
 using Zar::ResourcesLibrary::ResourcesLibraryException;
 using namespace Zar::ResourcesLibrary::Image;
-using Zar::ResourcesLibrary::Image::BmpInternal::BITMAPFILEHEADER;
-using Zar::ResourcesLibrary::Image::BmpInternal::BITMAPINFOHEADER;
+using Zar::ResourcesLibrary::Image::BmpLayout::BITMAPFILEHEADER;
+using Zar::ResourcesLibrary::Image::BmpLayout::BITMAPINFOHEADER;
 
 namespace {
 
-constexpr uint16_t kBmpMagic = 0x4D42;
-constexpr uint32_t kFileHeaderSize = sizeof(BITMAPFILEHEADER);
-constexpr uint32_t kInfoHeaderSize = sizeof(BITMAPINFOHEADER);
+constexpr uint32_t kFileHeaderSize = BmpLayout::kFileHeaderSize;
+constexpr uint32_t kInfoHeaderSize = BmpLayout::kInfoHeaderSize;
 
 // The first palette entry of a file drawn black on white; any other start means white on black.
 constexpr std::array<uint8_t, 3> white = { 0xFF, 0xFF, 0xFF };
@@ -34,15 +32,6 @@ constexpr std::array<uint8_t, 4> blackTable = { 0x00, 0x0F, 0xF0, 0xFF };
 // The 1-bit conversion counts its output lines in 16 bits, so lines past this many are never
 // reached by it and stay zero.
 constexpr uint32_t kMonoLineCounterRange = 1u << 16;
-
-template <typename T> T FromLittleEndian(T value)
-{
-    if constexpr (std::endian::native == std::endian::big && sizeof(T) == 2)
-        return static_cast<T>(__builtin_bswap16(static_cast<uint16_t>(value)));
-    else if constexpr (std::endian::native == std::endian::big && sizeof(T) == 4)
-        return static_cast<T>(__builtin_bswap32(static_cast<uint32_t>(value)));
-    return value;
-}
 
 std::string HexWord(uint16_t value)
 {
@@ -90,31 +79,16 @@ void ExpandMonoLine(uint8_t const* source, uint8_t* output, ImageInfo const& inf
     }
 }
 
-} // namespace
-
-namespace Zar::ResourcesLibrary::Image::BmpInternal {
-
+// The info header at the start of a header block. The in-memory structure has no padding, so its
+// size is the info header's size in the file as well.
 BITMAPINFOHEADER InfoHeaderOf(std::vector<uint8_t> const& block)
 {
+    static_assert(sizeof(BITMAPINFOHEADER) == BmpLayout::kInfoHeaderSize);
     ZAR_PRECONDITION(block.size() >= sizeof(BITMAPINFOHEADER));
-    BITMAPINFOHEADER raw;
-    std::memcpy(&raw, block.data(), sizeof(raw));
-    BITMAPINFOHEADER header;
-    header.biSize = FromLittleEndian(raw.biSize);
-    header.biWidth = FromLittleEndian(raw.biWidth);
-    header.biHeight = FromLittleEndian(raw.biHeight);
-    header.biPlanes = FromLittleEndian(raw.biPlanes);
-    header.biBitCount = FromLittleEndian(raw.biBitCount);
-    header.biCompression = FromLittleEndian(raw.biCompression);
-    header.biSizeImage = FromLittleEndian(raw.biSizeImage);
-    header.biXPelsPerMeter = FromLittleEndian(raw.biXPelsPerMeter);
-    header.biYPelsPerMeter = FromLittleEndian(raw.biYPelsPerMeter);
-    header.biClrUsed = FromLittleEndian(raw.biClrUsed);
-    header.biClrImportant = FromLittleEndian(raw.biClrImportant);
-    return header;
+    return BmpLayout::ReadInfoHeader(block.data());
 }
 
-} // namespace Zar::ResourcesLibrary::Image::BmpInternal
+} // namespace
 
 size_t BmpInput::GetHeaderSize() const { return kFileHeaderSize + kInfoHeaderSize; }
 
@@ -136,16 +110,17 @@ MutableImage BmpInput::Load(char const* filePath)
 
 std::vector<uint8_t> BmpInput::RawReadHeader(std::istream& stream)
 {
-    BITMAPFILEHEADER fileHeader {};
-    size_t const count = RawRead(stream, fileHeader);
+    std::array<uint8_t, kFileHeaderSize> bytes {};
+    size_t const count = RawRead(stream, bytes.data(), bytes.size());
     if (count < kFileHeaderSize)
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "source too small " + std::to_string(count));
-    uint16_t const type = FromLittleEndian(fileHeader.bfType);
-    if (type != kBmpMagic)
-        throw ResourcesLibraryException(ZAR_SOURCE_INFO(), "Wrong Bmp file magic 0x" + HexWord(type));
+    BITMAPFILEHEADER const fileHeader = BmpLayout::ReadFileHeader(bytes.data());
+    if (fileHeader.bfType != BmpLayout::kMagic)
+        throw ResourcesLibraryException(
+            ZAR_SOURCE_INFO(), "Wrong Bmp file magic 0x" + HexWord(fileHeader.bfType));
     // An offset below 14 wraps to a block of almost 4 GiB. The block is read as its bytes arrive,
     // so such a file ends in the short-read failure below instead of a huge allocation.
-    uint32_t const blockSize = FromLittleEndian(fileHeader.bfOffBits) - kFileHeaderSize;
+    uint32_t const blockSize = fileHeader.bfOffBits - kFileHeaderSize;
     if (blockSize < kInfoHeaderSize)
         throw ResourcesLibraryException(
             ZAR_SOURCE_INFO(), "Bmp file header too small " + std::to_string(blockSize));
@@ -153,7 +128,7 @@ std::vector<uint8_t> BmpInput::RawReadHeader(std::istream& stream)
     if (block.size() < blockSize)
         throw ResourcesLibraryException(
             ZAR_SOURCE_INFO(), "Bmp header too small " + std::to_string(block.size()));
-    BITMAPINFOHEADER const header = Zar::ResourcesLibrary::Image::BmpInternal::InfoHeaderOf(block);
+    BITMAPINFOHEADER const header = InfoHeaderOf(block);
     // The sum is taken in 32 bits as the format's own fields are; the palette is bounds-checked
     // again where it is read.
     if (header.biSize + 4u * header.biClrUsed > blockSize)
@@ -170,7 +145,7 @@ ImageInfo BmpInput::ToImageInfo(std::vector<uint8_t> const& block)
     if (block.size() < kInfoHeaderSize)
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
             "Bmp header " + std::to_string(block.size()) + "/" + std::to_string(kInfoHeaderSize));
-    return ToImageInfo(Zar::ResourcesLibrary::Image::BmpInternal::InfoHeaderOf(block), ImageFormat::Unknown);
+    return ToImageInfo(InfoHeaderOf(block), ImageFormat::Unknown);
 }
 
 ImageInfo BmpInput::ToImageInfo(BITMAPINFOHEADER const& header, ImageFormat /*format*/)
@@ -208,7 +183,7 @@ ImageInfo BmpInput::ToImageInfo(BITMAPINFOHEADER const& header, ImageFormat /*fo
 
 MutableImage BmpInput::ReadData(std::istream& stream, std::vector<uint8_t> const& block, ImageFormat format)
 {
-    BITMAPINFOHEADER const header = Zar::ResourcesLibrary::Image::BmpInternal::InfoHeaderOf(block);
+    BITMAPINFOHEADER const header = InfoHeaderOf(block);
     uint32_t const bits = uint32_t { header.biPlanes } * header.biBitCount;
     ImageInfo const sourceInfo = ToImageInfo(header, format);
     uint32_t const bitsPerPixel = ImageFormatHelper::BitsPerPixel(sourceInfo.Format());

@@ -1,49 +1,12 @@
 #pragma once
 
+#include "Zar/ResourcesLibrary/Image/codec/BmpLayout.h"
 #include "Zar/ResourcesLibrary/Image/codec/Input.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <istream>
 #include <vector>
-
-namespace Zar::ResourcesLibrary::Image::BmpInternal {
-
-#pragma pack(push, 1)
-
-// The 14 bytes at the start of every BMP file. Fields are little-endian in the file.
-struct BITMAPFILEHEADER {
-    uint16_t bfType;
-    uint32_t bfSize;
-    uint16_t bfReserved1;
-    uint16_t bfReserved2;
-    uint32_t bfOffBits;
-};
-
-// The info header at the start of the header block (file offset 14). Fields are little-endian.
-struct BITMAPINFOHEADER {
-    uint32_t biSize;
-    int32_t biWidth;
-    int32_t biHeight;
-    uint16_t biPlanes;
-    uint16_t biBitCount;
-    uint32_t biCompression;
-    uint32_t biSizeImage;
-    int32_t biXPelsPerMeter;
-    int32_t biYPelsPerMeter;
-    uint32_t biClrUsed;
-    uint32_t biClrImportant;
-};
-
-#pragma pack(pop)
-
-static_assert(sizeof(BITMAPFILEHEADER) == 14);
-static_assert(sizeof(BITMAPINFOHEADER) == 40);
-
-// The info header at the start of a header block, in host byte order. Requires 40 bytes or more.
-BITMAPINFOHEADER InfoHeaderOf(std::vector<uint8_t> const& block);
-
-} // namespace Zar::ResourcesLibrary::Image::BmpInternal
 
 // Reads uncompressed 1-bit and 4-bit BMP files into 4-bit grey images, top line first.
 class BmpInput : public Zar::ResourcesLibrary::Image::Input {
@@ -70,7 +33,7 @@ public:
 
     static Zar::ResourcesLibrary::Image::ImageInfo ToImageInfo(std::vector<uint8_t> const& block);
     static Zar::ResourcesLibrary::Image::ImageInfo ToImageInfo(
-        Zar::ResourcesLibrary::Image::BmpInternal::BITMAPINFOHEADER const& header,
+        Zar::ResourcesLibrary::Image::BmpLayout::BITMAPINFOHEADER const& header,
         Zar::ResourcesLibrary::Image::ImageFormat format);
 
     // Reads the pixel data that follows the header block. The block is passed whole, not only its

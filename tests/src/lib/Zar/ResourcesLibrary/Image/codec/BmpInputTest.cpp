@@ -31,7 +31,7 @@ using Zar::ResourcesLibrary::Image::FileFormat;
 using Zar::ResourcesLibrary::Image::ImageFormat;
 using Zar::ResourcesLibrary::Image::ImageInfo;
 using Zar::ResourcesLibrary::Image::MutableImage;
-using Zar::ResourcesLibrary::Image::BmpInternal::BITMAPINFOHEADER;
+using Zar::ResourcesLibrary::Image::BmpLayout::BITMAPINFOHEADER;
 
 using Bytes = std::vector<uint8_t>;
 
