@@ -43,7 +43,7 @@ std::vector<uint8_t> BmpFile::Gray4(ImageGeometry const& geometry, std::span<uin
 void BmpFile::PutHeaders(std::vector<uint8_t>& bytes, uint32_t width, uint32_t height, uint16_t bitsPerPixel,
     std::span<uint8_t const> greys, uint32_t dataSize)
 {
-    using Image::BmpLayout;
+    namespace BmpLayout = Image::BmpLayout;
     auto const pixelDataOffset = static_cast<uint32_t>(BmpLayout::kFileHeaderSize + BmpLayout::kInfoHeaderSize
         + greys.size() * BmpLayout::kPaletteEntrySize);
     bytes.reserve(pixelDataOffset + dataSize);
