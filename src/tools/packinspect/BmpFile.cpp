@@ -4,6 +4,8 @@
 #include "Zar/ResourcesLibrary/Image/ImageInfo.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
+#include <array>
+#include <climits>
 #include <fstream>
 
 namespace Zar::ResourcesLibrary::Tools::Inspect {
@@ -40,30 +42,63 @@ std::vector<uint8_t> BmpFile::Gray4(ImageGeometry const& geometry, std::span<uin
     ZAR_PRECONDITION(pixels.size() >= geometry.Size());
     auto const dataSize = static_cast<uint32_t>(geometry.Size());
     std::vector<uint8_t> bytes;
-    bytes.reserve(kPixelDataOffset + dataSize);
+    std::array<uint8_t, kPaletteEntries> greys {};
+    for (uint8_t level = 0; level < kPaletteEntries; ++level)
+        greys[level] = GreyOf(level);
+    PutHeaders(bytes, geometry.Width(), geometry.Height(), kBitsPerPixel, greys, dataSize);
+    for (uint32_t row = geometry.Height(); row-- > 0;) {
+        auto const line = pixels.subspan(row * geometry.Stride(), geometry.Stride());
+        bytes.insert(bytes.end(), line.begin(), line.end());
+    }
+    return bytes;
+}
+
+void BmpFile::PutHeaders(std::vector<uint8_t>& bytes, uint32_t width, uint32_t height, uint16_t bitsPerPixel,
+    std::span<uint8_t const> greys, uint32_t dataSize)
+{
+    auto const pixelDataOffset
+        = static_cast<uint32_t>(kFileHeaderSize + kInfoHeaderSize + greys.size() * kPaletteEntrySize);
+    bytes.reserve(pixelDataOffset + dataSize);
     Put16(bytes, kMagic);
-    Put32(bytes, static_cast<uint32_t>(kPixelDataOffset + dataSize));
+    Put32(bytes, pixelDataOffset + dataSize);
     Put32(bytes, 0); // the two reserved words
-    Put32(bytes, static_cast<uint32_t>(kPixelDataOffset));
+    Put32(bytes, pixelDataOffset);
 
     Put32(bytes, static_cast<uint32_t>(kInfoHeaderSize));
-    Put32(bytes, geometry.Width());
-    Put32(bytes, geometry.Height()); // positive: the bottom row comes first
+    Put32(bytes, width);
+    Put32(bytes, height); // positive: the bottom row comes first
     Put16(bytes, 1); // planes
-    Put16(bytes, kBitsPerPixel);
+    Put16(bytes, bitsPerPixel);
     Put32(bytes, 0); // no compression
     Put32(bytes, dataSize);
     Put32(bytes, kPixelsPerMeter);
     Put32(bytes, kPixelsPerMeter);
-    Put32(bytes, static_cast<uint32_t>(kPaletteEntries));
+    Put32(bytes, static_cast<uint32_t>(greys.size()));
     Put32(bytes, 0); // every colour is important
-
-    for (uint8_t level = 0; level < kPaletteEntries; ++level) {
-        uint8_t const grey = GreyOf(level);
+    for (uint8_t const grey : greys)
         bytes.insert(bytes.end(), { grey, grey, grey, 0 }); // blue, green, red, reserved
-    }
-    for (uint32_t row = geometry.Height(); row-- > 0;) {
-        auto const line = pixels.subspan(row * geometry.Stride(), geometry.Stride());
+}
+
+std::size_t BmpFile::MonoStride(uint32_t width) { return (static_cast<std::size_t>(width) + 31) / 32 * 4; }
+
+bool BmpFile::IsReadBackWholeMono(uint32_t width)
+{
+    return width <= static_cast<uint32_t>(INT32_MAX)
+        && Zar::ResourcesLibrary::Image::ImageInfo::RoundedDownStrideOf(static_cast<int32_t>(width), 1)
+        == MonoStride(width);
+}
+
+std::vector<uint8_t> BmpFile::Mono(uint32_t width, uint32_t height, std::span<uint8_t const> bits)
+{
+    ZAR_PRECONDITION(IsReadBackWholeMono(width));
+    std::size_t const stride = MonoStride(width);
+    ZAR_PRECONDITION(bits.size() >= stride * height);
+    // Palette entry 0 black: packager then reads a 0 bit as level 0 and a 1 bit as level 15.
+    std::array<uint8_t, 2> const greys { 0x00, 0xFF };
+    std::vector<uint8_t> bytes;
+    PutHeaders(bytes, width, height, 1, greys, static_cast<uint32_t>(stride * height));
+    for (uint32_t row = height; row-- > 0;) {
+        auto const line = bits.subspan(row * stride, stride);
         bytes.insert(bytes.end(), line.begin(), line.end());
     }
     return bytes;

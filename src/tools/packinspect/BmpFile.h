@@ -36,6 +36,20 @@ public:
     // rows from the top down. Requires IsReadBackWhole(geometry).
     static std::vector<uint8_t> Gray4(ImageGeometry const& geometry, std::span<uint8_t const> pixels);
 
+private:
+    static void PutHeaders(std::vector<uint8_t>& bytes, uint32_t width, uint32_t height,
+        uint16_t bitsPerPixel, std::span<uint8_t const> greys, uint32_t dataSize);
+
+public:
+    // The file of a black and white image with the palette black, white, which packager reads as levels 0
+    // and 15. bits holds the rows from the top down, each MonoStride(width) bytes, the leftmost pixel in
+    // the highest bit. Requires IsReadBackWholeMono(width).
+    static std::vector<uint8_t> Mono(uint32_t width, uint32_t height, std::span<uint8_t const> bits);
+    // Bytes of one 1-bit row: whole bytes, padded to 4.
+    static std::size_t MonoStride(uint32_t width);
+    // As IsReadBackWhole, for 1-bit rows: false for the widths whose last byte packager does not read.
+    static bool IsReadBackWholeMono(uint32_t width);
+
     // Writes the bytes to path; throws ResourcesLibraryException "Cannot write " + path.
     static void Save(std::string const& path, std::vector<uint8_t> const& bytes);
 };

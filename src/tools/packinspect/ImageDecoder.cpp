@@ -1,0 +1,156 @@
+#include "ImageDecoder.h"
+
+#include "Zar/Lt/Exceptions/Check.h"
+#include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
+
+#include <QBuffer>
+#include <QImageReader>
+#include <QPainter>
+#include <QSvgRenderer>
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+
+namespace Zar::ResourcesLibrary::Tools::Inspect {
+
+namespace {
+
+std::string SizeText(QSize size)
+{
+    return std::to_string(size.width()) + "x" + std::to_string(size.height());
+}
+
+[[noreturn]] void Refuse(std::string const& reason)
+{
+    throw ResourcesLibraryException(ZAR_SOURCE_INFO(), reason);
+}
+
+std::string FramesText(int count) { return std::to_string(count) + (count == 1 ? " frame" : " frames"); }
+
+std::string FrameRangeText(int count)
+{
+    return count == 1 ? "only frame 0" : "frames 0 to " + std::to_string(count - 1);
+}
+
+} // namespace
+
+QByteArray ImageDecoder::ReadFile(std::string const& path)
+{
+    std::ifstream stream(path, std::ios::binary);
+    if (!stream)
+        Refuse(std::string("cannot open it: ") + std::strerror(errno));
+    stream.seekg(0, std::ios::end);
+    std::streamoff const size = stream.tellg();
+    stream.seekg(0, std::ios::beg);
+    if (size < 0)
+        Refuse("cannot read it: it is not a regular file");
+    if (size > kMaxFileBytes)
+        Refuse("it is " + std::to_string(size) + " bytes, more than the " + std::to_string(kMaxFileBytes)
+            + " an image of " + std::to_string(kMaxSide) + "x" + std::to_string(kMaxSide) + " needs");
+    QByteArray bytes(static_cast<int>(size), Qt::Uninitialized);
+    stream.read(bytes.data(), size);
+    if (stream.gcount() != size)
+        Refuse("cannot read it: it changed while being read");
+    return bytes;
+}
+
+bool ImageDecoder::LooksLikeSvg(std::string const& path, QByteArray const& bytes)
+{
+    auto const dot = path.rfind('.');
+    if (dot != std::string::npos) {
+        QString const extension = QString::fromStdString(path.substr(dot + 1)).toLower();
+        if (extension == "svg" || extension == "svgz")
+            return true;
+    }
+    return bytes.left(4096).contains("<svg");
+}
+
+std::vector<QImage> ImageDecoder::Decode(std::string const& path, Request const& request)
+{
+    QByteArray const bytes = ReadFile(path);
+    return DecodeBytes(bytes, LooksLikeSvg(path, bytes), request);
+}
+
+std::vector<QImage> ImageDecoder::DecodeBytes(QByteArray const& bytes, bool svg, Request const& request)
+{
+    if (bytes.isEmpty())
+        Refuse("it is empty (0 bytes); export the image again");
+    return svg ? DecodeSvg(bytes, request) : DecodeRaster(bytes, request);
+}
+
+void ImageDecoder::CheckSize(QSize size)
+{
+    if (size.width() <= 0 || size.height() <= 0)
+        Refuse("it has 0 pixels (" + SizeText(size.expandedTo(QSize(0, 0))) + "); export the image again");
+    if (size.width() > kMaxSide || size.height() > kMaxSide)
+        Refuse("it declares " + SizeText(size) + " pixels, more than the " + std::to_string(kMaxSide) + "x"
+            + std::to_string(kMaxSide) + " import decodes; scale it down first");
+}
+
+std::vector<QImage> ImageDecoder::DecodeRaster(QByteArray const& bytes, Request const& request)
+{
+    QBuffer buffer;
+    buffer.setData(bytes);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer);
+    reader.setDecideFormatFromContent(true);
+    if (!reader.canRead())
+        Refuse("it is not an image Qt can read (PNG, JPEG, GIF, BMP, PGM, PPM or SVG); "
+               "export it in one of those formats");
+    if (!reader.supportsOption(QImageIOHandler::Size))
+        Refuse("its size cannot be known before decoding (" + reader.format().toStdString()
+            + "); export it as PNG");
+    CheckSize(reader.size());
+
+    int const count = std::max(1, reader.supportsAnimation() ? reader.imageCount() : 1);
+    if (count > kMaxFrames)
+        Refuse("it has " + FramesText(count) + ", more than the " + std::to_string(kMaxFrames)
+            + " import takes");
+    if (request._frame && (*request._frame < 0 || *request._frame >= count))
+        Refuse("frame " + std::to_string(*request._frame) + " is out of range: it has " + FramesText(count)
+            + ", " + FrameRangeText(count));
+
+    std::vector<QImage> frames;
+    int const last = request._frame.value_or(count - 1);
+    for (int index = 0; index <= last; ++index) {
+        QImage frame;
+        if (!reader.read(&frame) || frame.isNull())
+            Refuse("cannot decode " + (count > 1 ? "frame " + std::to_string(index) : std::string("it"))
+                + " (" + reader.errorString().toStdString()
+                + "); the file is truncated or damaged, export it again");
+        // The header's size was checked; a frame must not be larger than it said.
+        CheckSize(frame.size());
+        if (!request._frame || index == *request._frame)
+            frames.push_back(frame.convertToFormat(QImage::Format_ARGB32));
+    }
+    return frames;
+}
+
+std::vector<QImage> ImageDecoder::DecodeSvg(QByteArray const& bytes, Request const& request)
+{
+    if (request._frame && *request._frame != 0)
+        Refuse("frame " + std::to_string(*request._frame) + " is out of range: it has 1 frame, only frame 0");
+    QSvgRenderer renderer;
+    if (!renderer.load(bytes))
+        Refuse("it is not an SVG image Qt can draw; export it again");
+    QSize const natural = renderer.defaultSize();
+    CheckSize(natural);
+    QSize canvas = natural;
+    QRect placement(QPoint(0, 0), natural);
+    if (request._target && request._fit != ImageFit::Mode::None) {
+        canvas = *request._target;
+        placement = ImageFit::Placement(natural, canvas, request._fit);
+    }
+    QImage image(canvas, QImage::Format_ARGB32_Premultiplied);
+    if (image.isNull())
+        Refuse("cannot allocate " + SizeText(canvas) + " pixels");
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    renderer.render(&painter, QRectF(placement));
+    painter.end();
+    return { image.convertToFormat(QImage::Format_ARGB32) };
+}
+
+} // namespace Zar::ResourcesLibrary::Tools::Inspect

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Zar::ResourcesLibrary::Tools::Inspect {
+
+// A folder's list.txt as packager reads it, changed only by appending names or by making a listed
+// item name its imported file; everything else in it is kept byte for byte.
+class ImageList {
+public:
+    // A missing file is an empty list, which the first import creates.
+    static ImageList Read(std::string const& path);
+    explicit ImageList(std::string text);
+
+    // The list line of the item whose bare name (what packager calls it) is name.
+    std::optional<std::size_t> LineOf(std::string const& name) const;
+    // Appends name, or, when it is listed already, makes its line read name so that it names the
+    // imported NAME.bmp, in the same place.
+    void Put(std::string const& name);
+    std::string const& Text() const { return _text; }
+
+private:
+    std::vector<std::string> Lines() const;
+
+    std::string _text;
+};
+
+} // namespace Zar::ResourcesLibrary::Tools::Inspect
