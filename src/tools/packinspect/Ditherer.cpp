@@ -30,9 +30,10 @@ struct Share {
 };
 constexpr int kShareUnit = 16;
 constexpr std::array<Share, 4> kFloydSteinberg { { { 1, 0, 7 }, { -1, 1, 3 }, { 0, 1, 5 }, { 1, 1, 1 } } };
-// Atkinson passes on 6/8 of the error, 1/8 to each neighbour; losing the rest keeps highlights and
-// shadows clean.
-constexpr std::array<Share, 6> kAtkinson { { { 1, 0, 2 }, { 2, 0, 2 }, { -1, 1, 2 }, { 0, 1, 2 }, { 1, 1, 2 },
+// Atkinson's wider neighbourhood, 1/8 of the error to each of six neighbours. The classic form drops the
+// remaining quarter, which darkens or brightens a flat area by up to a tenth of a level at 16 levels;
+// here that quarter goes to the next pixel as well, so that an area keeps its brightness.
+constexpr std::array<Share, 6> kAtkinson { { { 1, 0, 6 }, { 2, 0, 2 }, { -1, 1, 2 }, { 0, 1, 2 }, { 1, 1, 2 },
     { 0, 2, 2 } } };
 
 } // namespace
