@@ -12,6 +12,7 @@ Command const& RenderCommand();
 Command const& CheckCommand();
 Command const& ExtractCommand();
 Command const& DiffCommand();
+Command const& ImportCommand();
 
 std::span<Command const* const> CommandTable::All()
 {
@@ -22,6 +23,7 @@ std::span<Command const* const> CommandTable::All()
         &CheckCommand(),
         &ExtractCommand(),
         &DiffCommand(),
+        &ImportCommand(),
     });
     return commands;
 }
