@@ -45,6 +45,8 @@ zar_add_fuzz_target(case_conversion CaseFuzzer.cpp DEPS Zar::LtCore)
 # target, besides the tests, that links Qt.
 find_package(Qt5 5.15 REQUIRED COMPONENTS Core)
 zar_add_fuzz_target(selected_variant_name SelectedVariantNameFuzzer.cpp DEPS Zar::Packager Qt5::Core)
+# packinspect import's decoding and conversion of designers' files, through Qt's image readers and SVG.
+zar_add_fuzz_target(import ImportFuzzer.cpp DEPS Zar::Packinspect)
 
 # The end-to-end target calls the tool's build driver.
 zar_add_fuzz_target(build BuildFuzzer.cpp DEPS Zar::Packager Zar::TestSupport PACKAGER_MAIN)

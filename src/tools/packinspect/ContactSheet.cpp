@@ -54,7 +54,15 @@ QRgb ContactSheet::Grey(uint8_t level)
     return qRgb(grey, grey, grey);
 }
 
-QImage ContactSheet::Render(PackFile const& pack, std::string const& title) const
+ContactSheet::LevelGreys ContactSheet::LinearGreys()
+{
+    LevelGreys greys {};
+    for (uint8_t level = 0; level < greys.size(); ++level)
+        greys[level] = static_cast<uint8_t>(qRed(Grey(level)));
+    return greys;
+}
+
+QImage ContactSheet::Render(PackFile const& pack, std::string const& title, LevelGreys const& greys) const
 {
     // A lying image count must not turn into a huge allocation.
     if (static_cast<int64_t>(_size.width()) * _size.height() > kMaxPixels)
@@ -68,7 +76,7 @@ QImage ContactSheet::Render(PackFile const& pack, std::string const& title) cons
     image.fill(kBackground);
     for (auto const& cell : _cells) {
         if (cell._inFile)
-            DrawPixels(image, cell, pack);
+            DrawPixels(image, cell, pack, greys);
         else
             DrawMissing(image, cell);
     }
@@ -90,15 +98,17 @@ QImage ContactSheet::Render(PackFile const& pack, std::string const& title) cons
     return image;
 }
 
-void ContactSheet::DrawPixels(QImage& sheet, Cell const& cell, PackFile const& pack)
+void ContactSheet::DrawPixels(QImage& sheet, Cell const& cell, PackFile const& pack, LevelGreys const& greys)
 {
     ImageGeometry const& geometry = cell._image._geometry;
     uint8_t const* data = pack.Slice(cell._image.FileOffset(), geometry.Size()).data();
     for (int y = 0; y < cell._pixels.height(); ++y) {
         auto* line = reinterpret_cast<QRgb*>(sheet.scanLine(cell._pixels.top() + y));
-        for (int x = 0; x < cell._pixels.width(); ++x)
-            line[cell._pixels.left() + x] = Grey(
-                geometry.Level(data, static_cast<uint32_t>(x / kScale), static_cast<uint32_t>(y / kScale)));
+        for (int x = 0; x < cell._pixels.width(); ++x) {
+            uint8_t const grey = greys[geometry.Level(
+                data, static_cast<uint32_t>(x / kScale), static_cast<uint32_t>(y / kScale))];
+            line[cell._pixels.left() + x] = qRgb(grey, grey, grey);
+        }
     }
 }
 

@@ -7,6 +7,8 @@
 #include <QRect>
 #include <QRgb>
 
+#include <array>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -42,9 +44,14 @@ public:
     // The grey a level is shown in.
     static QRgb Grey(uint8_t level);
 
+    // The greys of the levels 0 to 15 on the sheet: 17 x level unless a panel's curve is asked for.
+    using LevelGreys = std::array<uint8_t, 16>;
+    static LevelGreys LinearGreys();
+
     // Draws the sheet; title goes on the first line. Throws ResourcesLibraryException when the sheet
     // would exceed MaxPixels.
-    QImage Render(PackFile const& pack, std::string const& title) const;
+    QImage Render(
+        PackFile const& pack, std::string const& title, LevelGreys const& greys = LinearGreys()) const;
 
     std::vector<Cell> const& Cells() const { return _cells; }
     QSize Size() const { return _size; }
@@ -52,7 +59,7 @@ public:
     std::vector<std::string> MissingImages() const;
 
 private:
-    static void DrawPixels(QImage& sheet, Cell const& cell, PackFile const& pack);
+    static void DrawPixels(QImage& sheet, Cell const& cell, PackFile const& pack, LevelGreys const& greys);
     static void DrawMissing(QImage& sheet, Cell const& cell);
 
     std::vector<Cell> _cells;

@@ -3,6 +3,7 @@
 #include "Zar/Lt/Exceptions/Check.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <sstream>
@@ -32,6 +33,13 @@ int32_t GreyMapping::SrgbToLinear(double value)
     return RoundToInt(linear * kLinearWhite);
 }
 
+uint8_t GreyMapping::LinearToSrgb(double linear)
+{
+    double const clamped = std::clamp(linear, 0.0, 1.0);
+    double const coded = clamped <= 0.0031308 ? clamped * 12.92 : 1.055 * std::pow(clamped, 1 / 2.4) - 0.055;
+    return static_cast<uint8_t>(std::clamp(RoundToInt(coded * kMaxGrey), 0, kMaxGrey));
+}
+
 void GreyMapping::UseSrgbLinearOfGrey()
 {
     for (int grey = 0; grey <= kMaxGrey; ++grey)
@@ -46,6 +54,7 @@ GreyMapping GreyMapping::Nearest()
     for (int level = 0; level <= kMaxLevel; ++level) {
         mapping._levels.push_back(static_cast<uint8_t>(level));
         mapping._linearOfLevel[level] = SrgbToLinear(17 * level);
+        mapping._shownGrey[level] = static_cast<uint8_t>(17 * level);
     }
     for (int grey = 0; grey <= kMaxGrey; ++grey)
         mapping._levelOfGrey[grey] = static_cast<uint8_t>((grey * kMaxLevel + 127) / kMaxGrey);
@@ -63,6 +72,7 @@ GreyMapping GreyMapping::Gamma(double gamma)
         // The grey whose mapped value lands exactly on this level.
         double const grey = kMaxGrey * std::pow(static_cast<double>(level) / kMaxLevel, 1.0 / gamma);
         mapping._linearOfLevel[level] = SrgbToLinear(grey);
+        mapping._shownGrey[level] = static_cast<uint8_t>(RoundToInt(grey));
     }
     for (int grey = 0; grey <= kMaxGrey; ++grey) {
         double const mapped = std::pow(static_cast<double>(grey) / kMaxGrey, gamma) * kMaxLevel;
@@ -80,6 +90,7 @@ GreyMapping GreyMapping::Table(std::array<double, kLevels4> const& luminances)
     for (int level = 0; level <= kMaxLevel; ++level) {
         mapping._levels.push_back(static_cast<uint8_t>(level));
         mapping._linearOfLevel[level] = RoundToInt(luminances[level] / top * kLinearWhite);
+        mapping._shownGrey[level] = LinearToSrgb(luminances[level] / top);
     }
     for (int grey = 0; grey <= kMaxGrey; ++grey)
         mapping._levelOfGrey[grey] = mapping.NearestLevelOfLinear(mapping._linearOfGrey[grey]);
@@ -93,8 +104,10 @@ GreyMapping GreyMapping::Threshold(int threshold)
     mapping._description = "threshold " + std::to_string(threshold);
     mapping.UseSrgbLinearOfGrey();
     mapping._levels = { 0, kMaxLevel };
-    for (int level = 0; level <= kMaxLevel; ++level)
+    for (int level = 0; level <= kMaxLevel; ++level) {
         mapping._linearOfLevel[level] = level == kMaxLevel ? kLinearWhite : 0;
+        mapping._shownGrey[level] = level == kMaxLevel ? kMaxGrey : 0;
+    }
     for (int grey = 0; grey <= kMaxGrey; ++grey)
         mapping._levelOfGrey[grey] = grey >= threshold ? kMaxLevel : 0;
     return mapping;

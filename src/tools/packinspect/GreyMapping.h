@@ -41,6 +41,10 @@ public:
     uint8_t LevelOf(uint8_t grey) const { return _levelOfGrey[grey]; }
     int32_t LinearOfGrey(uint8_t grey) const { return _linearOfGrey[grey]; }
     int32_t LinearOfLevel(uint8_t level) const { return _linearOfLevel[level & 0x0F]; }
+    // The grey (sRGB-coded, 0 to 255) a level shows on the panel this mapping was made for: 17 x level for
+    // the plain mapping, the grey that maps onto the level for a gamma, the level's measured light for a
+    // grey table. Drawing a pack's levels in these greys shows it as that panel does.
+    uint8_t ShownGrey(uint8_t level) const { return _shownGrey[level & 0x0F]; }
     // The allowed level whose linear light is nearest; a tie goes to the darker one.
     uint8_t NearestLevelOfLinear(int32_t linear) const;
     // What the mapping was made with, for the preview's label: "nearest", "gamma 2.2", "grey table",
@@ -49,6 +53,8 @@ public:
 
     // The linear light of an sRGB-coded value 0 to 255, as 0 to kLinearWhite.
     static int32_t SrgbToLinear(double value);
+    // The sRGB-coded grey 0 to 255 of a linear light 0 to 1.
+    static uint8_t LinearToSrgb(double linear);
 
 private:
     GreyMapping() = default;
@@ -59,6 +65,7 @@ private:
     std::array<uint8_t, 256> _levelOfGrey {};
     std::array<int32_t, 256> _linearOfGrey {};
     std::array<int32_t, kLevels4> _linearOfLevel {};
+    std::array<uint8_t, kLevels4> _shownGrey {};
     std::string _description;
 };
 

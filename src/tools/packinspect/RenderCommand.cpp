@@ -2,10 +2,18 @@
 
 #include "Command.h"
 #include "ContactSheet.h"
+#include "GreyMapping.h"
 #include "PackArguments.h"
 #include "PackFile.h"
 #include "PackLayout.h"
 #include "PngFile.h"
+
+#include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
+
+#include <charconv>
+#include <fstream>
+#include <optional>
+#include <sstream>
 
 #include <ostream>
 
@@ -14,6 +22,8 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 namespace {
 
 OptionParser::Option const kOutputOption { "output", 'o', true };
+OptionParser::Option const kGreyTableOption { "grey-table", 0, true };
+OptionParser::Option const kGammaOption { "gamma", 0, true };
 
 std::string Help()
 {
@@ -25,6 +35,11 @@ std::string Help()
         "white), its name and value under it.\n"
         "\n"
         "  -o, --output=FILE   the PNG to write (required)\n"
+        "      --grey-table=FILE  show each level in the light the panel gives it: 16\n"
+        "                      measured luminances, level 0 to 15 ascending, as for\n"
+        "                      import\n"
+        "      --gamma=G       show level L in the grey 255 x (L / 15)^(1/G), the grey\n"
+        "                      that import --gamma=G maps onto L\n"
         "{size options}"
         "  -h, --help          show this help and exit\n"
         "\n"
@@ -33,6 +48,57 @@ std::string Help()
         "\n"
         "Exit status: 0 if every image was drawn, 1 if PACK is not a pack or images lie\n"
         "past its end, 2 if the command line is wrong or a file cannot be read or written.\n");
+}
+
+std::optional<std::string> ReadText(std::string const& path)
+{
+    std::ifstream stream(path, std::ios::binary);
+    if (!stream)
+        return std::nullopt;
+    std::ostringstream text;
+    text << stream.rdbuf();
+    return text.str();
+}
+
+// The greys the levels are drawn in; on a usage error writes it and gives nothing.
+std::optional<ContactSheet::LevelGreys> LevelGreysOf(Invocation& invocation)
+{
+    auto const table = invocation.Options().Value(kGreyTableOption._long);
+    auto const gamma = invocation.Options().Value(kGammaOption._long);
+    if (table && gamma) {
+        invocation.UsageError("give --gamma or --grey-table, not both");
+        return std::nullopt;
+    }
+    std::optional<GreyMapping> mapping;
+    if (gamma) {
+        double value = 0;
+        auto const [end, error] = std::from_chars(gamma->data(), gamma->data() + gamma->size(), value);
+        if (gamma->empty() || error != std::errc() || end != gamma->data() + gamma->size() || !(value >= 0.1)
+            || !(value <= 10)) {
+            invocation.UsageError("--gamma takes a number from 0.1 to 10, not '" + *gamma + "'");
+            return std::nullopt;
+        }
+        mapping = GreyMapping::Gamma(value);
+    }
+    if (table) {
+        auto const text = ReadText(*table);
+        if (!text) {
+            invocation.UsageError("--grey-table: cannot read " + *table);
+            return std::nullopt;
+        }
+        try {
+            mapping = GreyMapping::Table(GreyMapping::ParseTable(*text));
+        } catch (ResourcesLibraryException const& error) {
+            invocation.UsageError("--grey-table " + *table + ": " + error.what());
+            return std::nullopt;
+        }
+    }
+    if (!mapping)
+        return ContactSheet::LinearGreys();
+    ContactSheet::LevelGreys greys {};
+    for (uint8_t level = 0; level < greys.size(); ++level)
+        greys[level] = mapping->ShownGrey(level);
+    return greys;
 }
 
 int Run(Invocation& invocation)
@@ -45,6 +111,10 @@ int Run(Invocation& invocation)
     if (!output)
         return kUsage;
 
+    auto const greys = LevelGreysOf(invocation);
+    if (!greys)
+        return kUsage;
+
     std::string const& path = arguments->_path;
     PackFile const pack = PackFile::Load(path);
     if (!pack.IsPack())
@@ -55,7 +125,7 @@ int Run(Invocation& invocation)
     std::string const title = path + "  version " + header._version.Text() + ", "
         + std::to_string(header._iconCount) + " icons at sector " + std::to_string(header._firstSector) + ", "
         + std::to_string(header._screenCount) + " screens";
-    if (!PngFile::Save(sheet.Render(pack, title), *output))
+    if (!PngFile::Save(sheet.Render(pack, title, *greys), *output))
         return invocation.Problem("cannot write " + *output, kUsage);
     auto const missing = sheet.MissingImages();
     for (auto const& name : missing)
@@ -71,7 +141,9 @@ Command const& RenderCommand()
 {
     static Command const command { "render", "render PACK -o FILE",
         "draw every image of a pack into one PNG contact sheet",
-        { PackArguments::kIconOption, PackArguments::kScreenOption, kOutputOption }, &Help, &Run };
+        { PackArguments::kIconOption, PackArguments::kScreenOption, kOutputOption, kGreyTableOption,
+            kGammaOption },
+        &Help, &Run };
     return command;
 }
 

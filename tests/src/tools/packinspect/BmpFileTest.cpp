@@ -108,3 +108,34 @@ TEST(BmpFileTest, AFileThatCannotBeWrittenThrows)
     EXPECT_THAT([&] { BmpFile::Save(path, Bytes(4)); },
         testing::ThrowsMessage<ResourcesLibraryException>(testing::StrEq("Cannot write " + path)));
 }
+
+TEST(BmpFileTest, AMonoFileIsReadByPackagerAsLevelsZeroAndFifteen)
+{
+    ScratchFolder const folder;
+    // Two rows of 12 pixels: 1010 0000 1111, then the opposite.
+    std::vector<uint8_t> const bits { 0xA0, 0xF0, 0, 0, 0x5F, 0x00, 0, 0 };
+    auto const file = BmpFile::Mono(12, 2, bits);
+    EXPECT_EQ(file.size(), 14u + 40 + 2 * 4 + 2 * 4);
+    EXPECT_EQ(file[10], 62); // the pixels start after the two palette entries
+    EXPECT_EQ(file[28], 1); // bits per pixel
+    EXPECT_EQ(file[34], 8); // biSizeImage
+    std::string const path = folder.PathOf("mono.bmp");
+    BmpFile::Save(path, file);
+    BmpInput loader(FileFormat::Bmp, ImageFormat::Unknown, "%04u.bmp", "");
+    auto image = loader.Load(path.c_str());
+    ASSERT_EQ(image.GetSize(), 16u);
+    Bytes const first(image.GetLine(0), image.GetLine(0) + 6);
+    EXPECT_EQ(first, (Bytes { 0xF0, 0xF0, 0x00, 0x00, 0xFF, 0xFF }));
+    Bytes const second(image.GetLine(1), image.GetLine(1) + 6);
+    EXPECT_EQ(second, (Bytes { 0x0F, 0x0F, 0xFF, 0xFF, 0x00, 0x00 }));
+}
+
+TEST(BmpFileTest, MonoRowsOfSomeWidthsAreNotReadBackWhole)
+{
+    EXPECT_TRUE(BmpFile::IsReadBackWholeMono(32));
+    EXPECT_TRUE(BmpFile::IsReadBackWholeMono(12));
+    EXPECT_FALSE(BmpFile::IsReadBackWholeMono(33));
+    EXPECT_FALSE(BmpFile::IsReadBackWholeMono(39));
+    EXPECT_TRUE(BmpFile::IsReadBackWholeMono(40));
+    EXPECT_EQ(BmpFile::MonoStride(33), 8u);
+}

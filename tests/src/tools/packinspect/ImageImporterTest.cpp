@@ -369,3 +369,61 @@ TEST(ImageImporterTest, PacksLevelsAsPackagerStoresThem)
     EXPECT_EQ(ImageImporter::Pack1({ 15, 0, 15, 0, 0, 0, 0, 0, 15 }, 9, 1),
         (std::vector<uint8_t> { 0xA0, 0x80, 0, 0 }));
 }
+
+TEST(ImageImporterTest, ADesignersFilesPackAsConvertedAndTheTreeChecksClean)
+{
+    PackagerTree tree;
+    fs::path const designer = fs::path(PACKAGER_SOURCE_DIR) / "tests/data/designer";
+    fs::path const bmp = tree.Folder() / "bmp";
+    std::vector<std::string> iconFiles;
+    for (char const* file : { "disc.png", "ramp16.png", "palette.png", "photo.jpg", "spinner.gif", "logo.svg",
+             "rgb24.bmp", "pal8.bmp" })
+        iconFiles.push_back((designer / file).string());
+    auto icons = Settings(iconFiles, bmp / "icons");
+    icons._size = QSize(32, 24);
+    icons._fit = ImageFit::Mode::Contain;
+    auto const iconPlan = Import(icons);
+    auto screens = Settings({ (designer / "splash.png").string() }, bmp / "screens");
+    screens._size = QSize(256, 64);
+    screens._fit = ImageFit::Mode::Contain;
+    screens._dither = Ditherer::Mode::FloydSteinberg;
+    auto const splashPlan = Import(screens);
+    screens._files = { (designer / "logo.svg").string() };
+    screens._name = "Banner";
+    screens._fit = ImageFit::Mode::Cover;
+    auto const bannerPlan = Import(screens);
+
+    EXPECT_EQ(TestSupport::ReadText(bmp / "icons/list.txt"),
+        "disc\nramp16\npalette\nphoto\nspinner_00\nspinner_01\nspinner_02\nlogo\nrgb24\npal8\n");
+    EXPECT_EQ(TestSupport::ReadText(bmp / "screens/list.txt"), "splash\nBanner\n");
+    tree.Build("version 1.2.3.4 sector 14");
+    auto const check
+        = TestSupport::RunShellCommand(TestSupport::ShellQuoted(PackinspectPath()) + " check", tree.Folder());
+    EXPECT_EQ(check.exitCode, 0) << check.output;
+    EXPECT_THAT(check.output, testing::HasSubstr("result: 0 failures, 0 warnings"));
+    auto const verify = TestSupport::RunShellCommand(
+        TestSupport::ShellQuoted(PackinspectPath()) + " verify " + TestSupport::ShellQuoted(tree.Pack()),
+        tree.Folder());
+    EXPECT_EQ(verify.exitCode, 0) << verify.output;
+
+    auto const pack = PackFile::Load(tree.Pack());
+    auto const layout = PackLayout::Compute(pack.Header(), ImageGeometry(32, 24), ImageGeometry(256, 64));
+    std::vector<ImageImporter::Image> imported = iconPlan._images;
+    imported.push_back(splashPlan._images[0]);
+    imported.push_back(bannerPlan._images[0]);
+    ASSERT_EQ(layout.Images().size(), imported.size());
+    for (std::size_t index = 0; index < imported.size(); ++index) {
+        auto const& packed = layout.Images()[index];
+        auto const& image = imported[index];
+        ASSERT_EQ(packed._name, image._name);
+        uint8_t const* data = pack.Slice(packed.FileOffset(), packed._geometry.Size()).data();
+        bool const framed = packed._kind == PackLayout::Kind::Icon;
+        for (uint32_t y = 0; y < image._height; ++y)
+            for (uint32_t x = 0; x < image._width; ++x) {
+                bool const border = x == 0 || y == 0 || x + 1 == image._width || y + 1 == image._height;
+                uint8_t const expected = framed && border ? 3 : LevelAt(image, x, y);
+                ASSERT_EQ(packed._geometry.Level(data, x, y), expected)
+                    << image._name << " " << x << "," << y;
+            }
+    }
+}
