@@ -10,15 +10,17 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 namespace {
 
 // The 8 x 8 Bayer matrix: thresholds 0 to 63 spread so that every partial fill is as even as it can be.
+// In this orientation a row's first two thresholds are 0 and 48, which keeps horizontal gradients, the
+// common case on a wide display, smoother than the transposed one.
 constexpr std::array<std::array<int, 8>, 8> kBayer { {
-    { 0, 32, 8, 40, 2, 34, 10, 42 },
-    { 48, 16, 56, 24, 50, 18, 58, 26 },
-    { 12, 44, 4, 36, 14, 46, 6, 38 },
-    { 60, 28, 52, 20, 62, 30, 54, 22 },
-    { 3, 35, 11, 43, 1, 33, 9, 41 },
-    { 51, 19, 59, 27, 49, 17, 57, 25 },
-    { 15, 47, 7, 39, 13, 45, 5, 37 },
-    { 63, 31, 55, 23, 61, 29, 53, 21 },
+    { 0, 48, 12, 60, 3, 51, 15, 63 },
+    { 32, 16, 44, 28, 35, 19, 47, 31 },
+    { 8, 56, 4, 52, 11, 59, 7, 55 },
+    { 40, 24, 36, 20, 43, 27, 39, 23 },
+    { 2, 50, 14, 62, 1, 49, 13, 61 },
+    { 34, 18, 46, 30, 33, 17, 45, 29 },
+    { 10, 58, 6, 54, 9, 57, 5, 53 },
+    { 42, 26, 38, 22, 41, 25, 37, 21 },
 } };
 
 // One neighbour that receives a share of a pixel's error: its offset in the scan direction and down,
