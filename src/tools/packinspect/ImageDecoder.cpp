@@ -33,6 +33,36 @@ std::string FrameRangeText(int count)
     return count == 1 ? "only frame 0" : "frames 0 to " + std::to_string(count - 1);
 }
 
+// Qt's image readers report the decoder's own complaints ("libpng error: Read Error") as warnings on
+// standard error. While a file is decoded they are kept instead, so that the refusal can quote them.
+class DecoderWarnings {
+public:
+    DecoderWarnings()
+        : _previous(qInstallMessageHandler(&Keep))
+    {
+        Kept().clear();
+    }
+    ~DecoderWarnings() { qInstallMessageHandler(_previous); }
+    DecoderWarnings(DecoderWarnings const&) = delete;
+    DecoderWarnings& operator=(DecoderWarnings const&) = delete;
+
+    static std::string& Kept()
+    {
+        static std::string kept;
+        return kept;
+    }
+
+private:
+    static void Keep(QtMsgType, QMessageLogContext const&, QString const& message)
+    {
+        if (!Kept().empty())
+            Kept() += "; ";
+        Kept() += message.toStdString();
+    }
+
+    QtMessageHandler _previous;
+};
+
 } // namespace
 
 QByteArray ImageDecoder::ReadFile(std::string const& path)
@@ -79,6 +109,44 @@ std::vector<QImage> ImageDecoder::DecodeBytes(QByteArray const& bytes, bool svg,
     return svg ? DecodeSvg(bytes, request) : DecodeRaster(bytes, request);
 }
 
+void ImageDecoder::CheckWhole(QByteArray const& bytes, std::string const& format)
+{
+    // Qt draws a GIF or a BMP cut short without a word, the missing part black: they are checked here.
+    constexpr char kGifTrailer = 0x3B;
+    if (format == "gif" && bytes.back() != kGifTrailer)
+        Refuse("it ends before the GIF's end mark; the file is truncated, export it again");
+    if (format == "bmp") {
+        auto const expected = UncompressedBmpSize(bytes);
+        if (expected && *expected > static_cast<uint64_t>(bytes.size()))
+            Refuse("it is " + std::to_string(bytes.size()) + " bytes, and its header says "
+                + std::to_string(*expected) + "; the file is truncated, export it again");
+    }
+}
+
+std::optional<uint64_t> ImageDecoder::UncompressedBmpSize(QByteArray const& bytes)
+{
+    constexpr int kInfoHeaderEnd = 14 + 40;
+    if (bytes.size() < kInfoHeaderEnd)
+        return std::nullopt;
+    auto read = [&](int offset, int width) {
+        uint64_t value = 0;
+        for (int i = width - 1; i >= 0; --i)
+            value = (value << 8) | static_cast<uint8_t>(bytes[offset + i]);
+        return value;
+    };
+    uint64_t const offset = read(10, 4);
+    auto const width = static_cast<int32_t>(read(18, 4));
+    auto const height = static_cast<int32_t>(read(22, 4));
+    uint64_t const bits = read(28, 2);
+    uint64_t const compression = read(30, 4);
+    constexpr uint64_t kRgb = 0;
+    constexpr uint64_t kBitFields = 3;
+    if (read(14, 4) < 40 || (compression != kRgb && compression != kBitFields) || width <= 0)
+        return std::nullopt;
+    uint64_t const stride = (static_cast<uint64_t>(width) * bits + 31) / 32 * 4;
+    return offset + stride * static_cast<uint64_t>(std::abs(static_cast<int64_t>(height)));
+}
+
 void ImageDecoder::CheckSize(QSize size)
 {
     if (size.width() <= 0 || size.height() <= 0)
@@ -90,6 +158,7 @@ void ImageDecoder::CheckSize(QSize size)
 
 std::vector<QImage> ImageDecoder::DecodeRaster(QByteArray const& bytes, Request const& request)
 {
+    DecoderWarnings const warnings;
     QBuffer buffer;
     buffer.setData(bytes);
     buffer.open(QIODevice::ReadOnly);
@@ -102,6 +171,7 @@ std::vector<QImage> ImageDecoder::DecodeRaster(QByteArray const& bytes, Request 
         Refuse("its size cannot be known before decoding (" + reader.format().toStdString()
             + "); export it as PNG");
     CheckSize(reader.size());
+    CheckWhole(bytes, reader.format().toLower().toStdString());
 
     int const count = std::max(1, reader.supportsAnimation() ? reader.imageCount() : 1);
     if (count > kMaxFrames)
@@ -118,6 +188,10 @@ std::vector<QImage> ImageDecoder::DecodeRaster(QByteArray const& bytes, Request 
         if (!reader.read(&frame) || frame.isNull())
             Refuse("cannot decode " + (count > 1 ? "frame " + std::to_string(index) : std::string("it"))
                 + " (" + reader.errorString().toStdString()
+                + "); the file is truncated or damaged, export it again");
+        // Some readers go on over a cut or damaged file, filling in what is missing, and only warn.
+        if (!DecoderWarnings::Kept().empty())
+            Refuse("it is damaged (" + DecoderWarnings::Kept()
                 + "); the file is truncated or damaged, export it again");
         // The header's size was checked; a frame must not be larger than it said.
         CheckSize(frame.size());

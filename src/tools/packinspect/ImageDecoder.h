@@ -47,6 +47,9 @@ private:
     static std::vector<QImage> DecodeRaster(QByteArray const& bytes, Request const& request);
     static std::vector<QImage> DecodeSvg(QByteArray const& bytes, Request const& request);
     static void CheckSize(QSize size);
+    static void CheckWhole(QByteArray const& bytes, std::string const& format);
+    // The file size an uncompressed BMP's header calls for; nothing for other kinds.
+    static std::optional<uint64_t> UncompressedBmpSize(QByteArray const& bytes);
 };
 
 } // namespace Zar::ResourcesLibrary::Tools::Inspect

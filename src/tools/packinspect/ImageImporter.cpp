@@ -279,32 +279,42 @@ void ImageImporter::Commit(Plan const& plan, ImportSettings const& settings)
         throw ResourcesLibraryException(
             ZAR_SOURCE_INFO(), "-o " + settings._folder + ": cannot make it: " + error.message());
 
-    // Staged beside their final places, so that the renames stay within one file system.
+    // A file that is new is written in its place: removing it undoes it. A file that would replace one
+    // (a forced image, the list) is written beside it and renamed over it only once every file is
+    // written, so that a failure leaves the old one. Writing new files directly keeps an import of a
+    // whole folder at one file creation per image, as cheap as the files it writes.
+    std::vector<std::string> created;
     std::vector<std::pair<std::string, std::string>> staged;
-    auto removeStaged = [&] {
+    auto undo = [&] {
+        for (auto const& path : created)
+            fs::remove(path, error);
         for (auto const& [staging, final] : staged)
             fs::remove(staging, error);
         if (madeFolder)
             fs::remove(settings._folder, error);
     };
-    try {
-        for (auto const& image : plan._images) {
-            std::string const path = PathIn(settings._folder, image._name + ".bmp");
+    auto write = [&](std::string const& path, std::string_view bytes) {
+        if (fs::exists(path, error)) {
             staged.emplace_back(path + ".import", path);
-            WriteFile(staged.back().first,
-                std::string_view(reinterpret_cast<char const*>(image._file.data()), image._file.size()));
+            WriteFile(staged.back().first, bytes);
+        } else {
+            created.push_back(path);
+            WriteFile(path, bytes);
         }
-        std::string const listPath = PathIn(settings._folder, kListFile);
-        staged.emplace_back(listPath + ".import", listPath);
-        WriteFile(staged.back().first, plan._listText);
+    };
+    try {
+        for (auto const& image : plan._images)
+            write(PathIn(settings._folder, image._name + ".bmp"),
+                std::string_view(reinterpret_cast<char const*>(image._file.data()), image._file.size()));
+        write(PathIn(settings._folder, kListFile), plan._listText);
     } catch (...) {
-        removeStaged();
+        undo();
         throw;
     }
     for (auto const& [staging, final] : staged) {
         fs::rename(staging, final, error);
         if (error) {
-            removeStaged();
+            undo();
             throw ResourcesLibraryException(
                 ZAR_SOURCE_INFO(), final + ": cannot write it: " + error.message());
         }

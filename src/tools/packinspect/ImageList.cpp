@@ -33,54 +33,55 @@ ImageList ImageList::Read(std::string const& path)
 }
 
 ImageList::ImageList(std::string text)
-    : _text(std::move(text))
 {
+    std::size_t start = 0;
+    while (true) {
+        auto const end = text.find('\n', start);
+        _lines.push_back(text.substr(start, end == std::string::npos ? std::string::npos : end - start));
+        if (end == std::string::npos)
+            break;
+        start = end + 1;
+    }
+    for (std::size_t index = 0; index < _lines.size(); ++index) {
+        std::string const item = Trimmed(_lines[index]);
+        if (!item.empty())
+            _lineOfName.emplace(InputSequence::BareName(item), index);
+    }
 }
 
-std::vector<std::string> ImageList::Lines() const
+std::string ImageList::Text() const
 {
-    std::vector<std::string> lines;
-    std::size_t start = 0;
-    while (start < _text.size()) {
-        auto const end = _text.find('\n', start);
-        std::size_t const stop = end == std::string::npos ? _text.size() : end;
-        lines.push_back(_text.substr(start, stop - start));
-        start = stop + 1;
+    std::string text;
+    for (std::size_t index = 0; index < _lines.size(); ++index) {
+        if (index > 0)
+            text += '\n';
+        text += _lines[index];
     }
-    return lines;
+    return text;
 }
 
 std::optional<std::size_t> ImageList::LineOf(std::string const& name) const
 {
-    auto const lines = Lines();
-    for (std::size_t index = 0; index < lines.size(); ++index) {
-        std::string const item = Trimmed(lines[index]);
-        if (!item.empty() && InputSequence::BareName(item) == name)
-            return index;
-    }
-    return std::nullopt;
+    auto const found = _lineOfName.find(name);
+    if (found == _lineOfName.end())
+        return std::nullopt;
+    return found->second;
 }
 
 void ImageList::Put(std::string const& name)
 {
-    auto const line = LineOf(name);
-    if (!line) {
-        if (!_text.empty() && _text.back() != '\n')
-            _text += '\n';
-        _text += name + '\n';
+    if (auto const line = LineOf(name)) {
+        if (Trimmed(_lines[*line]) != name)
+            _lines[*line] = name;
         return;
     }
-    auto lines = Lines();
-    if (Trimmed(lines[*line]) == name)
-        return;
-    lines[*line] = name;
-    bool const endsWithNewline = !_text.empty() && _text.back() == '\n';
-    _text.clear();
-    for (std::size_t index = 0; index < lines.size(); ++index) {
-        _text += lines[index];
-        if (index + 1 < lines.size() || endsWithNewline)
-            _text += '\n';
-    }
+    // The text's last line is what follows its last line feed: empty when it ends with one.
+    if (_lines.back().empty())
+        _lines.back() = name;
+    else
+        _lines.push_back(name);
+    _lineOfName.emplace(name, _lines.size() - 1);
+    _lines.emplace_back();
 }
 
 } // namespace Zar::ResourcesLibrary::Tools::Inspect

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,12 +20,13 @@ public:
     // Appends name, or, when it is listed already, makes its line read name so that it names the
     // imported NAME.bmp, in the same place.
     void Put(std::string const& name);
-    std::string const& Text() const { return _text; }
+    std::string Text() const;
 
 private:
-    std::vector<std::string> Lines() const;
-
-    std::string _text;
+    // The text's lines without their line feeds; the last is empty when the text ends with one.
+    std::vector<std::string> _lines;
+    // The line of each bare name, the first where a name is listed twice.
+    std::map<std::string, std::size_t> _lineOfName;
 };
 
 } // namespace Zar::ResourcesLibrary::Tools::Inspect

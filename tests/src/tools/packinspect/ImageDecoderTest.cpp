@@ -3,6 +3,7 @@
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
 #include <QBuffer>
+#include <QFile>
 #include <QImage>
 
 #include <gtest/gtest.h>
@@ -146,4 +147,25 @@ TEST(ImageDecoderTest, TellsSvgByNameOrContent)
     EXPECT_TRUE(ImageDecoder::LooksLikeSvg("icon.SVG", QByteArray()));
     EXPECT_TRUE(ImageDecoder::LooksLikeSvg("icon", kSvg));
     EXPECT_FALSE(ImageDecoder::LooksLikeSvg("icon.png", Png(QImage(1, 1, QImage::Format_RGB32))));
+}
+
+TEST(ImageDecoderTest, RefusesFilesCutShortThatQtWouldDrawAnyway)
+{
+    auto designer = [](char const* name) {
+        QFile file(QString(PACKAGER_SOURCE_DIR) + "/tests/data/designer/" + name);
+        file.open(QIODevice::ReadOnly);
+        return file.readAll();
+    };
+    EXPECT_EQ(ProblemOf(designer("photo.jpg").left(900)),
+        "it is damaged (Corrupt JPEG data: premature end of data segment); the file is truncated or damaged, "
+        "export it "
+        "again");
+    EXPECT_EQ(ProblemOf(designer("spinner.gif").left(300)),
+        "it ends before the GIF's end mark; the file is truncated, export it again");
+    EXPECT_EQ(ProblemOf(designer("rgb24.bmp").left(1000)),
+        "it is 1000 bytes, and its header says 2358; the file is truncated, export it again");
+    EXPECT_EQ(ProblemOf(Gif(2).chopped(1)),
+        "it ends before the GIF's end mark; the file is truncated, export it again");
+    for (char const* whole : { "photo.jpg", "spinner.gif", "rgb24.bmp", "pal8.bmp", "ramp16.png" })
+        EXPECT_EQ(ProblemOf(designer(whole)), "no problem") << whole;
 }

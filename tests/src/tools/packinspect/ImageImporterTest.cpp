@@ -427,3 +427,25 @@ TEST(ImageImporterTest, ADesignersFilesPackAsConvertedAndTheTreeChecksClean)
             }
     }
 }
+
+TEST(ImageImporterTest, AFileThatCannotBeWrittenUndoesTheWholeImport)
+{
+    ScratchFolder const tree;
+    TestSupport::WriteFile(tree / "icons/list.txt", std::string("Old\n"));
+    // A folder where B's file would go: its new file is written beside it, and cannot replace it.
+    fs::create_directory(tree / "icons/B.bmp");
+    auto const before = Snapshot(tree.Path());
+    QImage image(8, 8, QImage::Format_RGB32);
+    image.fill(Qt::black);
+    ScratchFolder const sources;
+    auto const settings
+        = Settings({ Save(image, sources / "A.png"), Save(image, sources / "B.png") }, tree / "icons");
+    auto const plan = ImageImporter::Prepare(settings);
+    std::string const target = (tree / "icons/B.bmp").string();
+    EXPECT_THAT([&] { ImageImporter::Commit(plan, settings); },
+        testing::ThrowsMessage<ResourcesLibraryException>(
+            testing::StartsWith(target + ": cannot write it: ")));
+    EXPECT_EQ(Snapshot(tree.Path()), before);
+    EXPECT_FALSE(fs::exists(tree / "icons/A.bmp"));
+    EXPECT_FALSE(fs::exists(tree / "icons/B.bmp.import"));
+}
