@@ -1,40 +1,19 @@
-#include "CommandLine.h"
-
-#include "FileContents.h"
-
-#include "Zar/Lt/Core/ScratchFolder.h"
-
-#include <QImage>
+#include "CommandRun.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sstream>
-
-using Zar::Lt::Core::ScratchFolder;
-using Zar::ResourcesLibrary::Tools::Inspect::CommandLine;
+using namespace PackInspectTest;
 
 namespace {
-
-struct Result {
-    int _status;
-    std::string _out;
-    std::string _err;
-};
 
 Result Import(std::vector<std::string> arguments)
 {
     arguments.insert(arguments.begin(), "import");
-    std::ostringstream out;
-    std::ostringstream err;
-    int const status = CommandLine(out, err).Run(arguments);
-    return { status, out.str(), err.str() };
+    return Inspect(arguments);
 }
 
-std::string UsageError(std::string const& message)
-{
-    return "packinspect import: " + message + "\nTry 'packinspect import --help' for more information.\n";
-}
+std::string UsageError(std::string const& message) { return UsageText("packinspect import", message); }
 
 } // namespace
 
