@@ -2,7 +2,8 @@
 # image loader's module, the man pages and the CMake package files, installed under /usr.
 #
 # Its Depends line is what dpkg-shlibdeps finds the installed programs and module linked against
-# (Qt 5 Core and Gui and what they need), plus the one thing no program links: the DejaVu fonts that
+# (Qt 5 Core, Gui and Svg and what they need; the JPEG and GIF readers packinspect import uses are
+# plugins of libqt5gui5), plus the one thing no program links: the DejaVu fonts that
 # packinspect's contact sheet draws its labels with. No build package is named.
 set(CPACK_PACKAGE_NAME packager)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
