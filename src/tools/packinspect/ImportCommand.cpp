@@ -227,9 +227,10 @@ int Run(Invocation& invocation)
     settings._files = invocation.Operands();
     if (settings._files.empty())
         return invocation.UsageError("no image file given");
-    auto const output = options.Value(kOutputOption._long);
-    if (!output || output->empty())
-        return invocation.UsageError("the folder is missing: give it with -o ROOT/icons or -o ROOT/screens");
+    auto const output = invocation.RequiredValue(
+        kOutputOption, "the folder is missing: give it with -o ROOT/icons or -o ROOT/screens");
+    if (!output)
+        return kUsage;
     settings._folder = *output;
     if (auto const problem = ReadConversion(options, settings))
         return invocation.UsageError(*problem);
