@@ -14,6 +14,7 @@ Command const& ListCommand();
 Command const& RenderCommand();
 Command const& ExtractCommand();
 Command const& DiffCommand();
+Command const& ImportCommand();
 
 std::span<Command const* const> CommandTable::All()
 {
@@ -26,6 +27,7 @@ std::span<Command const* const> CommandTable::All()
         &RenderCommand(),
         &ExtractCommand(),
         &DiffCommand(),
+        &ImportCommand(),
     });
     return commands;
 }

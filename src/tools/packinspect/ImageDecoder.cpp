@@ -123,6 +123,18 @@ void ImageDecoder::CheckWhole(QByteArray const& bytes, std::string const& format
     }
 }
 
+QSize ImageDecoder::GifScreenSize(QByteArray const& bytes)
+{
+    // "GIF89a", then the screen's width and height, 16 bits each, little-endian.
+    constexpr int kScreenOffset = 6;
+    if (bytes.size() < kScreenOffset + 4)
+        return QSize(0, 0);
+    auto word = [&](int offset) {
+        return static_cast<uint8_t>(bytes[offset]) | (static_cast<uint8_t>(bytes[offset + 1]) << 8);
+    };
+    return QSize(word(kScreenOffset), word(kScreenOffset + 2));
+}
+
 std::optional<uint64_t> ImageDecoder::UncompressedBmpSize(QByteArray const& bytes)
 {
     constexpr int kInfoHeaderEnd = 14 + 40;
@@ -170,13 +182,21 @@ std::vector<QImage> ImageDecoder::DecodeRaster(QByteArray const& bytes, Request 
     if (!reader.supportsOption(QImageIOHandler::Size))
         Refuse("its size cannot be known before decoding (" + reader.format().toStdString()
             + "); export it as PNG");
-    CheckSize(reader.size());
-    CheckWhole(bytes, reader.format().toLower().toStdString());
+    std::string const format = reader.format().toLower().toStdString();
+    // Qt gives a GIF's first frame's size, but draws every frame on the whole screen the file declares.
+    QSize const declared = format == "gif" ? reader.size().expandedTo(GifScreenSize(bytes)) : reader.size();
+    CheckSize(declared);
+    CheckWhole(bytes, format);
 
     int const count = std::max(1, reader.supportsAnimation() ? reader.imageCount() : 1);
     if (count > kMaxFrames)
         Refuse("it has " + FramesText(count) + ", more than the " + std::to_string(kMaxFrames)
             + " import takes");
+    int64_t const kept = (request._frame ? 1 : count) * int64_t { declared.width() } * declared.height();
+    if (kept > kMaxKeptPixels)
+        Refuse("its " + FramesText(count) + " of " + SizeText(declared) + " hold " + std::to_string(kept)
+            + " pixels, more than the " + std::to_string(kMaxKeptPixels)
+            + " import keeps of one file; take one frame with --frame=N");
     if (request._frame && (*request._frame < 0 || *request._frame >= count))
         Refuse("frame " + std::to_string(*request._frame) + " is out of range: it has " + FramesText(count)
             + ", " + FrameRangeText(count));

@@ -26,6 +26,9 @@ public:
     static constexpr int64_t kMaxFileBytes = 64 * 1024 * 1024;
     // An animation with more frames is refused before its frames are decoded.
     static constexpr int kMaxFrames = 1000;
+    // The frames kept of one file hold at most this many pixels together (64 MiB decoded), so that a
+    // small animation file of many large frames cannot make it keep gigabytes.
+    static constexpr int64_t kMaxKeptPixels = int64_t { kMaxSide } * kMaxSide;
 
     struct Request {
         // One frame of an animation, counted from 0; every frame when not given.
@@ -48,6 +51,8 @@ private:
     static std::vector<QImage> DecodeSvg(QByteArray const& bytes, Request const& request);
     static void CheckSize(QSize size);
     static void CheckWhole(QByteArray const& bytes, std::string const& format);
+    // The screen a GIF's frames are drawn on, as its header declares it.
+    static QSize GifScreenSize(QByteArray const& bytes);
     // The file size an uncompressed BMP's header calls for; nothing for other kinds.
     static std::optional<uint64_t> UncompressedBmpSize(QByteArray const& bytes);
 };

@@ -94,8 +94,10 @@ std::vector<uint8_t> ImageImporter::Pack1(std::vector<uint8_t> const& levels, ui
 ImageImporter::Image ImageImporter::Convert(QImage const& frame, ImportSettings const& settings)
 {
     Image image;
-    image._composited = ImageFit::Composite(frame, settings._background);
-    QImage fitted = image._composited;
+    QImage fitted = ImageFit::Composite(frame, settings._background);
+    // Only a preview shows the source; a folder of large pictures must not be kept whole otherwise.
+    if (settings._preview)
+        image._composited = fitted;
     if (settings._size && fitted.size() != *settings._size) {
         if (settings._fit == ImageFit::Mode::None)
             throw ResourcesLibraryException(ZAR_SOURCE_INFO(),

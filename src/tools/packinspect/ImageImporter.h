@@ -22,7 +22,7 @@ public:
     struct Image {
         std::string _name;
         std::string _source;
-        // The source after compositing over the background, at its own size.
+        // The source after compositing over the background, at its own size; kept for a preview only.
         QImage _composited;
         uint32_t _width = 0;
         uint32_t _height = 0;

@@ -57,7 +57,8 @@ std::string Help()
         "      --grey-table=FILE  the panel's 16 measured luminances, level 0 to 15\n"
         "                      ascending; each grey takes the level of nearest light\n"
         "      --bits=1        black and white (1-bit BMP); default 4\n"
-        "      --threshold=T   with --bits=1: white from grey T up (default 128)\n"
+        "      --threshold=T   with --bits=1: white from grey T up (default 128); a\n"
+        "                      dithered image is split by light instead\n"
         "      --dither=MODE   none (default), ordered, floyd-steinberg or atkinson;\n"
         "                      in linear light, serpentine, the same bytes every run\n"
         "\n"
@@ -226,9 +227,10 @@ int Run(Invocation& invocation)
     settings._files = invocation.Operands();
     if (settings._files.empty())
         return invocation.UsageError("no image file given");
-    auto const output = options.Value(kOutputOption._long);
-    if (!output || output->empty())
-        return invocation.UsageError("the folder is missing: give it with -o ROOT/icons or -o ROOT/screens");
+    auto const output = invocation.RequiredValue(
+        kOutputOption, "the folder is missing: give it with -o ROOT/icons or -o ROOT/screens");
+    if (!output)
+        return kUsage;
     settings._folder = *output;
     if (auto const problem = ReadConversion(options, settings))
         return invocation.UsageError(*problem);

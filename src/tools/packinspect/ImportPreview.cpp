@@ -7,6 +7,7 @@
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
 #include <QFont>
+#include <QFontMetrics>
 #include <QPainter>
 
 #include <algorithm>
@@ -19,6 +20,11 @@ constexpr QRgb kBackground = 0xFF3A3A5A;
 constexpr QRgb kText = 0xFFFFFFFF;
 
 } // namespace
+
+std::string ImportPreview::Label(ImageImporter::Image const& image, std::string const& options)
+{
+    return image._name + "  (" + options + ")";
+}
 
 void ImportPreview::DrawScaled(QImage& sheet, QImage const& picture, int left, int top)
 {
@@ -43,9 +49,15 @@ void ImportPreview::DrawLevels(QImage& sheet, ImageImporter::Image const& image,
 
 QImage ImportPreview::Render(std::vector<ImageImporter::Image> const& images, std::string const& options)
 {
+    GuiSession::Ensure();
+    QFont font("DejaVu Sans");
+    font.setPixelSize(11);
+    QFontMetrics const metrics(font);
     int64_t width = 0;
     int64_t height = kMargin;
     for (auto const& image : images) {
+        width = std::max<int64_t>(
+            width, metrics.horizontalAdvance(QString::fromStdString(Label(image, options))) + 2 * kMargin);
         int64_t const rowWidth
             = (static_cast<int64_t>(image._composited.width()) + image._width) * kScale + 3 * kMargin;
         width = std::max(width, rowWidth);
@@ -57,18 +69,15 @@ QImage ImportPreview::Render(std::vector<ImageImporter::Image> const& images, st
         throw ResourcesLibraryException(ZAR_SOURCE_INFO(),
             "the preview would be " + std::to_string(width) + "x" + std::to_string(height)
                 + " pixels, more than " + std::to_string(kMaxPixels) + "; preview fewer or smaller images");
-    GuiSession::Ensure();
     QImage sheet(static_cast<int>(width), static_cast<int>(height), QImage::Format_RGB32);
     sheet.fill(kBackground);
     QPainter painter(&sheet);
-    QFont font("DejaVu Sans");
-    font.setPixelSize(11);
     painter.setFont(font);
     painter.setPen(QColor(kText));
     int top = kMargin;
     for (auto const& image : images) {
         painter.drawText(QRect(kMargin, top, static_cast<int>(width) - 2 * kMargin, kLabelHeight),
-            Qt::AlignLeft | Qt::AlignVCenter, QString::fromStdString(image._name + "  (" + options + ")"));
+            Qt::AlignLeft | Qt::AlignVCenter, QString::fromStdString(Label(image, options)));
         top += kLabelHeight;
         DrawScaled(sheet, image._composited, kMargin, top);
         DrawLevels(sheet, image, 2 * kMargin + image._composited.width() * kScale, top);

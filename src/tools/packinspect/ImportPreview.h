@@ -22,6 +22,7 @@ public:
     static QImage Render(std::vector<ImageImporter::Image> const& images, std::string const& options);
 
 private:
+    static std::string Label(ImageImporter::Image const& image, std::string const& options);
     static void DrawScaled(QImage& sheet, QImage const& picture, int left, int top);
     static void DrawLevels(QImage& sheet, ImageImporter::Image const& image, int left, int top);
 };

@@ -14,11 +14,15 @@ using Zar::ResourcesLibrary::Tools::Inspect::ImageFit;
 
 namespace {
 
-// A GIF of 1 x 1 pixels whose frames each hold colour 0 of a two-colour table.
-QByteArray Gif(int frames)
+// A GIF whose frames each hold one pixel of colour 0 of a two-colour table, at the top left of a
+// screen of width x height.
+QByteArray Gif(int frames, uint16_t width = 1, uint16_t height = 1)
 {
     QByteArray gif("GIF89a");
-    gif.append("\x01\x00\x01\x00", 4); // the screen: width 1, height 1
+    for (uint16_t const side : { width, height }) { // the screen's size
+        gif.append(static_cast<char>(side & 0xFF));
+        gif.append(static_cast<char>(side >> 8));
+    }
     gif.append("\x80\x00\x00", 3); // a global table of 2 colours, background 0, no aspect
     gif.append("\x00\x00\x00\xFF\xFF\xFF", 6); // black, white
     for (int frame = 0; frame < frames; ++frame) {
@@ -104,10 +108,25 @@ TEST(ImageDecoderTest, RefusesAFrameOutOfRange)
     EXPECT_EQ(ProblemOf(kSvg, true, request), "frame 3 is out of range: it has 1 frame, only frame 0");
 }
 
+TEST(ImageDecoderTest, RefusesAnAnimationOfMoreFramesThanItKeeps)
+{
+    EXPECT_EQ(ProblemOf(Gif(2, 4096, 4096)),
+        "its 2 frames of 4096x4096 hold 33554432 pixels, more than the 16777216 import keeps of one file; "
+        "take one "
+        "frame with --frame=N");
+    ImageDecoder::Request one;
+    one._frame = 1;
+    auto const frames = ImageDecoder::DecodeBytes(Gif(2, 300, 200), false, one);
+    ASSERT_EQ(frames.size(), 1u);
+    EXPECT_EQ(frames[0].size(), QSize(300, 200));
+}
+
 TEST(ImageDecoderTest, RefusesADeclaredSizeAboveTheLimitBeforeDecoding)
 {
     EXPECT_EQ(ProblemOf(PngClaiming(60000, 60000)),
         "it declares 60000x60000 pixels, more than the 4096x4096 import decodes; scale it down first");
+    EXPECT_EQ(ProblemOf(Gif(1, 20000, 20000)),
+        "it declares 20000x20000 pixels, more than the 4096x4096 import decodes; scale it down first");
     EXPECT_EQ(ProblemOf(PngClaiming(4097, 1)),
         "it declares 4097x1 pixels, more than the 4096x4096 import decodes; scale it down first");
 }
