@@ -19,7 +19,9 @@
 #   `packinspect verify` checks the new pack.
 #
 # The tools are taken from the variables PACKAGER_EXECUTABLE and PACKINSPECT_EXECUTABLE when set,
-# else from the targets packager and packinspect of the same build, else from the PATH.
+# else from the targets packager and packinspect of the same build, else from the PATH. Tools built
+# for another machine run through PACKAGER_EMULATOR when it is set (a list: the emulator and its
+# arguments, for example qemu-arm-static).
 
 include_guard(GLOBAL)
 
@@ -65,14 +67,14 @@ endfunction()
 # The command that runs a tool: a given path, the target of this build, or a program on the PATH.
 function(_packager_tool tool variable out_command out_depends)
     if(NOT "${${variable}}" STREQUAL "")
-        set(${out_command} "${${variable}}" PARENT_SCOPE)
+        set(${out_command} ${PACKAGER_EMULATOR} "${${variable}}" PARENT_SCOPE)
         set(${out_depends} "${${variable}}" PARENT_SCOPE)
     elseif(TARGET ${tool})
-        set(${out_command} "$<TARGET_FILE:${tool}>" PARENT_SCOPE)
+        set(${out_command} ${PACKAGER_EMULATOR} "$<TARGET_FILE:${tool}>" PARENT_SCOPE)
         set(${out_depends} ${tool} PARENT_SCOPE)
     else()
         find_program(${variable} ${tool} REQUIRED)
-        set(${out_command} "${${variable}}" PARENT_SCOPE)
+        set(${out_command} ${PACKAGER_EMULATOR} "${${variable}}" PARENT_SCOPE)
         set(${out_depends} "${${variable}}" PARENT_SCOPE)
     endif()
 endfunction()
@@ -120,9 +122,9 @@ function(packager_add_pack)
     if(ARG_CHECK)
         _packager_tool(packinspect PACKINSPECT_EXECUTABLE packinspect_command packinspect_depends)
         list(APPEND packager_depends ${packinspect_depends})
-        set(check_commands COMMAND ${CMAKE_COMMAND} -E chdir "${work}" "${packinspect_command}" check
+        set(check_commands COMMAND ${CMAKE_COMMAND} -E chdir "${work}" ${packinspect_command} check
                                    --sector=${ARG_SECTOR} bmp/)
-        set(verify_commands COMMAND ${CMAKE_COMMAND} -E chdir "${work}" "${packinspect_command}" verify oled.pack)
+        set(verify_commands COMMAND ${CMAKE_COMMAND} -E chdir "${work}" ${packinspect_command} verify oled.pack)
     endif()
 
     set(byproducts "")
@@ -137,7 +139,7 @@ function(packager_add_pack)
         COMMAND ${CMAKE_COMMAND} -E make_directory "${work}"
         COMMAND ${CMAKE_COMMAND} -E copy_directory "${bmp_root}" "${work}/bmp"
         ${check_commands}
-        COMMAND ${CMAKE_COMMAND} -E chdir "${work}" "${packager_command}" version ${ARG_VERSION} sector ${ARG_SECTOR}
+        COMMAND ${CMAKE_COMMAND} -E chdir "${work}" ${packager_command} version ${ARG_VERSION} sector ${ARG_SECTOR}
         ${verify_commands}
         COMMAND ${CMAKE_COMMAND} -DPACKAGER_COPY_FROM=${work} -DPACKAGER_COPY_TO=${output_dir}
                 -P "${_PACKAGER_MODULE_FILE}"

@@ -40,7 +40,7 @@ public:
     void Build(std::string const& arguments)
     {
         _run = TestSupport::RunShellCommand(
-            TestSupport::ShellQuoted(PackagerPath()) + " " + arguments + " > summary.txt", _folder.Path());
+            TestSupport::ShellProgram(PackagerPath()) + " " + arguments + " > summary.txt", _folder.Path());
     }
 
     std::filesystem::path const& Folder() const { return _folder.Path(); }
