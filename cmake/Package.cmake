@@ -17,6 +17,11 @@ set(CPACK_DEBIAN_PACKAGE_MAINTAINER "${PACKAGER_DEB_MAINTAINER}")
 set(CPACK_DEBIAN_PACKAGE_SECTION devel)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+# A cross build's package is for the target's architecture (its toolchain file names it), not for the
+# architecture of the machine that runs CPack.
+if(PACKAGER_DEBIAN_ARCHITECTURE)
+    set(CPACK_DEBIAN_PACKAGE_ARCHITECTURE ${PACKAGER_DEBIAN_ARCHITECTURE})
+endif()
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS fonts-dejavu-core)
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "packager turns folders of small monochrome and 16-level grey bitmaps into one

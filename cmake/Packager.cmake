@@ -22,7 +22,9 @@
 #
 # packinspect is taken from the variable PACKINSPECT_EXECUTABLE when set (PackagerConfig.cmake sets
 # it), else from the target packinspect of the same build, else from the PATH; it runs the packager
-# beside it, else the one on the PATH.
+# beside it, else the one on the PATH. Tools built for another machine run through PACKAGER_EMULATOR
+# when it is set (a list: the emulator and its arguments, for example qemu-arm-static), and
+# packinspect then starts packager through it as well.
 
 include_guard(GLOBAL)
 
@@ -58,14 +60,14 @@ endfunction()
 # The command that runs packinspect: a given path, the target of this build, or a program on the PATH.
 function(_packager_packinspect out_command out_depends)
     if(NOT "${PACKINSPECT_EXECUTABLE}" STREQUAL "")
-        set(${out_command} "${PACKINSPECT_EXECUTABLE}" PARENT_SCOPE)
+        set(${out_command} ${PACKAGER_EMULATOR} "${PACKINSPECT_EXECUTABLE}" PARENT_SCOPE)
         set(${out_depends} "${PACKINSPECT_EXECUTABLE}" PARENT_SCOPE)
     elseif(TARGET packinspect)
-        set(${out_command} "$<TARGET_FILE:packinspect>" PARENT_SCOPE)
+        set(${out_command} ${PACKAGER_EMULATOR} "$<TARGET_FILE:packinspect>" PARENT_SCOPE)
         set(${out_depends} packinspect PARENT_SCOPE)
     else()
         find_program(PACKINSPECT_EXECUTABLE packinspect REQUIRED)
-        set(${out_command} "${PACKINSPECT_EXECUTABLE}" PARENT_SCOPE)
+        set(${out_command} ${PACKAGER_EMULATOR} "${PACKINSPECT_EXECUTABLE}" PARENT_SCOPE)
         set(${out_depends} "${PACKINSPECT_EXECUTABLE}" PARENT_SCOPE)
     endif()
 endfunction()
@@ -118,6 +120,7 @@ function(packager_add_pack)
     file(CONFIGURE OUTPUT "${inputs}" CONTENT "${present}")
 
     _packager_packinspect(packinspect_command packinspect_depends)
+    list(JOIN PACKAGER_EMULATOR " " emulator_words)
     set(options --sector=${ARG_SECTOR} --version=${ARG_VERSION})
     if(ARG_ICON)
         list(APPEND options --icon=${ARG_ICON})
@@ -133,7 +136,7 @@ function(packager_add_pack)
     add_custom_command(
         OUTPUT "${stamp}"
         BYPRODUCTS ${byproducts}
-        COMMAND "${packinspect_command}" build ${options} "${bmp_root}" -o "${output_dir}"
+        COMMAND ${CMAKE_COMMAND} -E env "PACKINSPECT_EMULATOR=${emulator_words}" ${packinspect_command} build ${options} "${bmp_root}" -o "${output_dir}"
         COMMAND ${CMAKE_COMMAND} -E touch "${stamp}"
         DEPENDS ${depends} "${inputs}" ${packinspect_depends}
         WORKING_DIRECTORY "${staging}"

@@ -5,6 +5,25 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
 # Exceptions record the source file relative to the repository root.
 add_compile_options("-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
+# Under ccache with a base_dir, a build folder inside the checkout (build/dev, build/cross-armhf)
+# hands the compiler the sources relative to it, as ../../lib/...: that prefix is mapped away too.
+file(RELATIVE_PATH zar_source_from_build ${PROJECT_BINARY_DIR} ${PROJECT_SOURCE_DIR})
+if(zar_source_from_build MATCHES "^((\\.\\./)*\\.\\.)/?$")
+    add_compile_options("-fmacro-prefix-map=${CMAKE_MATCH_1}/=")
+endif()
+# How the tests start a program of this build: directly, or, in a build for another machine, through
+# the emulator that the toolchain file names (qemu-user), so that no binfmt handler is needed. The
+# words are kept as one line for the tests' shell commands and the scripts they run.
+set(ZAR_EMULATOR "")
+if(CMAKE_CROSSCOMPILING)
+    if(PACKAGER_BUILD_TESTS AND NOT CMAKE_CROSSCOMPILING_EMULATOR)
+        message(FATAL_ERROR "The tests of a build for another machine start its programs through "
+            "CMAKE_CROSSCOMPILING_EMULATOR (qemu-user: see cmake/toolchains/ and scripts/cross), which is "
+            "not set. Set it, or configure with -DPACKAGER_BUILD_TESTS=OFF to build only the tools.")
+    endif()
+    list(JOIN CMAKE_CROSSCOMPILING_EMULATOR " " ZAR_EMULATOR)
+endif()
+
 # Symbol names in captured call stacks need the executable's symbols exported.
 add_link_options(-rdynamic)
 
@@ -71,5 +90,7 @@ function(zar_add_test_folder name)
     # Test executables do not lie beside the Qt image module: the tests that load a Qt format point
     # the loader at the module of this build.
     add_dependencies(${name} zar_qt_input)
-    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR})
+    # packinspect starts packager through PACKINSPECT_EMULATOR when it is set.
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}
+        PROPERTIES ENVIRONMENT "PACKINSPECT_EMULATOR=${ZAR_EMULATOR}")
 endfunction()

@@ -1,8 +1,11 @@
 # Installs a build into a scratch prefix and checks what a user gets: both tools, the CMake module
 # with its package configuration, and a man page for each tool.
 #
-#   cmake -DBUILD_DIR=<build folder> -DPREFIX=<scratch prefix> -P CheckInstall.cmake
+#   cmake -DBUILD_DIR=<build folder> -DPREFIX=<scratch prefix> [-DEMULATOR=<words>] -P CheckInstall.cmake
+#
+# EMULATOR starts the installed tools when they are built for another machine.
 cmake_minimum_required(VERSION 3.25)
+separate_arguments(emulator UNIX_COMMAND "${EMULATOR}")
 
 file(REMOVE_RECURSE "${PREFIX}")
 execute_process(COMMAND "${CMAKE_COMMAND}" --install "${BUILD_DIR}" --prefix "${PREFIX}"
@@ -28,11 +31,11 @@ endif()
 if(NOT COMMAND packager_add_pack)
     message(FATAL_ERROR "PackagerConfig.cmake does not make packager_add_pack available")
 endif()
-execute_process(COMMAND "${PACKINSPECT_EXECUTABLE}" --version OUTPUT_VARIABLE version RESULT_VARIABLE result)
+execute_process(COMMAND ${emulator} "${PACKINSPECT_EXECUTABLE}" --version OUTPUT_VARIABLE version RESULT_VARIABLE result)
 if(NOT result EQUAL 0 OR NOT version MATCHES "^packinspect [0-9.]+\n$")
     message(FATAL_ERROR "the installed packinspect does not run: ${version}")
 endif()
-execute_process(COMMAND "${PREFIX}/bin/packager" nonsense version RESULT_VARIABLE result OUTPUT_VARIABLE help)
+execute_process(COMMAND ${emulator} "${PREFIX}/bin/packager" nonsense version RESULT_VARIABLE result OUTPUT_VARIABLE help)
 if(NOT result EQUAL 1 OR NOT help MATCHES "^packager version")
     message(FATAL_ERROR "the installed packager does not run: ${help}")
 endif()

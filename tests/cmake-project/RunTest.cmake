@@ -2,12 +2,16 @@
 # this folder, then touches, edits and adds bitmaps and checks after each build what was rewritten.
 #
 #   cmake -DPACKAGER_EXECUTABLE=... -DPACKINSPECT_EXECUTABLE=... -DSOURCE_DIR=<this folder>
-#         -DWORK_DIR=<scratch folder> -DGENERATOR=Ninja -P RunTest.cmake
+#         -DWORK_DIR=<scratch folder> -DGENERATOR=Ninja [-DEMULATOR=<words>] -P RunTest.cmake
+#
+# EMULATOR starts tools built for another machine (the module's PACKAGER_EMULATOR); the project
+# itself is built for this machine.
 #
 # The bitmaps are text images (one character per pixel, a blank for an unlit one), so the test
 # writes them itself. File times are compared in whole seconds, hence the pauses before each change.
 cmake_minimum_required(VERSION 3.25)
 
+separate_arguments(emulator UNIX_COMMAND "${EMULATOR}")
 get_filename_component(module_dir "${CMAKE_CURRENT_LIST_DIR}/../../cmake" ABSOLUTE)
 set(source "${WORK_DIR}/source")
 set(build "${WORK_DIR}/build")
@@ -85,6 +89,7 @@ execute_process(COMMAND "${CMAKE_COMMAND}" -S "${source}" -B "${build}" -G "${GE
                         "-DPACKAGER_EXECUTABLE=${PACKAGER_EXECUTABLE}"
                         "-DPACKINSPECT_EXECUTABLE=${PACKINSPECT_EXECUTABLE}"
                         "-DPACKAGER_MODULE_DIR=${module_dir}"
+                        "-DPACKAGER_EMULATOR=${emulator}"
                 RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
 if(NOT result EQUAL 0)
     message(FATAL_ERROR "configuring the test project failed:\n${output}")

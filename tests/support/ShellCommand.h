@@ -3,16 +3,22 @@
 // Runs commands through the shell for the tests that drive the built tools, a compiler or Python as
 // a user would, and quotes what goes into such a command line.
 //
-//   CommandResult const run = RunShellCommand(ShellQuoted(tool) + " verify oled.pack", folder);
+//   CommandResult const run = RunShellCommand(ShellProgram(tool) + " verify oled.pack", folder);
 //   EXPECT_EQ(run.exitCode, 0) << run.output;
 
 #include <array>
 #include <cstdio>
 #include <filesystem>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 
 #include <sys/wait.h>
+
+// The words that start a program of this build, empty unless the build is for another machine.
+#ifndef PACKAGER_TEST_EMULATOR
+#define PACKAGER_TEST_EMULATOR ""
+#endif
 
 namespace TestSupport {
 
@@ -35,6 +41,23 @@ inline std::string ShellQuoted(std::string const& text)
     quoted += '\'';
     return quoted;
 }
+
+// The start of a command line that runs a program of this build: its quoted path, after the words of
+// the emulator when the build is for another machine (qemu-user runs it there, with or without a
+// binfmt handler on the build machine). A program the tests compile for the target is started the
+// same way.
+// The emulator's words, each quoted and followed by a space: what goes before a program of this
+// build in a command line. Empty unless the build is for another machine.
+inline std::string EmulatorPrefix()
+{
+    std::string line;
+    std::istringstream words(PACKAGER_TEST_EMULATOR);
+    for (std::string word; words >> word;)
+        line += ShellQuoted(word) + " ";
+    return line;
+}
+
+inline std::string ShellProgram(std::string const& path) { return EmulatorPrefix() + ShellQuoted(path); }
 
 // Runs the command in a subshell, in the given folder if there is one. Redirections inside the
 // command still apply to it: what it does not redirect itself is gathered in the result.

@@ -90,7 +90,9 @@ int main(int argc, char** argv)
         } else if (strcasecmp(option, "sector") == 0) {
             if (isLast)
                 return ShowSyntax();
-            sector = static_cast<int>(std::strtol(argv[i + 1], nullptr, 10));
+            // Read as 64 bits on every machine, as long is on x86-64: a number beyond int keeps its low
+            // 32 bits instead of saturating where long is 32 bits, so the pack is the same everywhere.
+            sector = static_cast<int>(std::strtoll(argv[i + 1], nullptr, 10));
             i += 2;
         } else {
             ++i;

@@ -3,11 +3,13 @@
 #
 #   cmake -DSOURCE_DIR=<examples/firmware> -DWORK_DIR=<scratch folder> -DGENERATOR=Ninja
 #         -DPYTHON=<python3> [-DPACKAGER_DIR=<build folder>] [-DINSTALL_FROM=<build folder>]
-#         -P RunFirmwareExample.cmake
+#         [-DEMULATOR=<words>] -P RunFirmwareExample.cmake
 #
 # With INSTALL_FROM the build is installed into WORK_DIR/prefix first and the example finds it
-# through CMAKE_PREFIX_PATH, as it would find a package installed under /usr.
+# through CMAKE_PREFIX_PATH, as it would find a package installed under /usr. EMULATOR starts tools
+# built for another machine (the module's PACKAGER_EMULATOR); the example is built for this machine.
 cmake_minimum_required(VERSION 3.25)
+separate_arguments(emulator UNIX_COMMAND "${EMULATOR}")
 
 function(run label)
     execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
@@ -19,7 +21,7 @@ endfunction()
 
 file(REMOVE_RECURSE "${WORK_DIR}")
 set(build "${WORK_DIR}/build")
-set(configure_options "")
+set(configure_options "-DPACKAGER_EMULATOR=${emulator}")
 if(INSTALL_FROM)
     set(prefix "${WORK_DIR}/prefix")
     run("installing ${INSTALL_FROM}" "${CMAKE_COMMAND}" --install "${INSTALL_FROM}" --prefix "${prefix}")

@@ -30,10 +30,12 @@ std::string_view Between(
 // The offsets and addresses of a stack line are written with a "0x" prefix after their marker.
 constexpr std::string_view::size_type kMarkerAndPrefix = 3;
 
+// Read as 64 bits on every machine, as long is on x86-64, then cut: an offset beyond 31 bits wraps
+// negative instead of saturating where long is 32 bits.
 int32_t ReadOffset(std::string_view digits)
 {
     string const text(digits);
-    return static_cast<int32_t>(std::strtol(text.c_str(), nullptr, 16));
+    return static_cast<int32_t>(std::strtoll(text.c_str(), nullptr, 16));
 }
 
 uint64_t ReadAddress(std::string_view digits)

@@ -135,7 +135,7 @@ TEST_F(GeneratedSourcesTest, CppFilesCompileWithoutWarningsAndGiveTheExpectedVal
         + Quoted(folder / "main.cpp") + " " + Quoted(folder / "IconsHelper.cpp") + " -o " + Quoted(program));
     ASSERT_EQ(compile.exitCode, 0) << compile.output;
 
-    CommandResult const run = RunShellCommand(Quoted(program));
+    CommandResult const run = RunShellCommand(TestSupport::ShellProgram(program.string()));
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.output,
         "Play=100 Stop_Selected=101 Volume_up=102\n"

@@ -47,7 +47,7 @@ Process RunPackager(ScratchFolder const& scratch, std::filesystem::path const& f
     std::string const& executable = PACKAGER_EXECUTABLE)
 {
     std::string command = environment.empty() ? std::string() : environment + " ";
-    command += ShellQuoted(executable);
+    command += ShellProgram(executable);
     for (auto const& argument : arguments) {
         command += ' ';
         command += ShellQuoted(argument);

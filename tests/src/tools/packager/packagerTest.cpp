@@ -213,6 +213,8 @@ TEST_F(PackagerWithResourcesTest, ANegativeSectorIsStoredInSixteenBits)
     EXPECT_EQ(0xFFFBu, Header().firstSector);
 }
 
+// The number is read as 64 bits on every machine, as long is on x86-64, whose released packs hold:
+// where long has 32 bits, 4294967308 would otherwise saturate and give another pack.
 TEST_F(PackagerWithResourcesTest, ASectorBeyondIntKeepsItsLow32Bits)
 {
     EXPECT_THAT(Summary({ "sector", "4294967308" }), HasSubstr(" icons at sector 12, "));

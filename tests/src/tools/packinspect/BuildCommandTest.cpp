@@ -49,7 +49,7 @@ TEST(BuildCommandTest, BuildsWithThePackagerBesideItAndSaysSo)
     MakeSound(tree);
     tree.Build("version 1.2.3.4");
     auto const result = RunShellCommand(
-        ShellQuoted(PackinspectPath()) + " build --version=1.2.3.4 bmp -o out 2>err.txt", tree.Folder());
+        ShellProgram(PackinspectPath()) + " build --version=1.2.3.4 bmp -o out 2>err.txt", tree.Folder());
     EXPECT_EQ(0, result.exitCode) << result.output << ReadText(tree.Folder() / "err.txt");
     std::string const packager
         = std::filesystem::path(PackinspectPath()).parent_path().string() + "/packager";
@@ -67,7 +67,7 @@ TEST(BuildCommandTest, EveryReasonOfAFailureIsPrefixedOnStandardError)
     MakeSound(tree);
     WriteFile(tree.Folder() / "bmp/icons/list.txt", "Play.bmp\nplay\n");
     auto const result = RunShellCommand(
-        ShellQuoted(PackinspectPath()) + " build bmp -o out --strict 2>err.txt >out.txt", tree.Folder());
+        ShellProgram(PackinspectPath()) + " build bmp -o out --strict 2>err.txt >out.txt", tree.Folder());
     EXPECT_EQ(1, result.exitCode);
     EXPECT_EQ("", ReadText(tree.Folder() / "out.txt"));
     std::string const err = ReadText(tree.Folder() / "err.txt");

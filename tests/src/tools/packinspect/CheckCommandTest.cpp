@@ -8,6 +8,7 @@ using testing::HasSubstr;
 using testing::StartsWith;
 using TestSupport::ReadText;
 using TestSupport::RunShellCommand;
+using TestSupport::ShellProgram;
 using TestSupport::ShellQuoted;
 using TestSupport::WriteFile;
 using Zar::Lt::Core::ScratchFolder;
@@ -59,7 +60,7 @@ TEST(EndToEndTest, CheckLoadsQtImagesInTheBuildTree)
     std::filesystem::copy(std::string(PACKAGER_SOURCE_DIR) + "/tests/data/released-outputs/qt-tree/bmp",
         folder / "bmp", std::filesystem::copy_options::recursive);
     auto const result = RunShellCommand(
-        "env -u PACKAGER_QT_MODULE_DIR " + ShellQuoted(PackinspectPath()) + " check", folder.Path());
+        "env -u PACKAGER_QT_MODULE_DIR " + ShellProgram(PackinspectPath()) + " check", folder.Path());
     // Qt decodes the RGB photo, which check then refuses for its 32-bit pixels.
     EXPECT_EQ(result.exitCode, 1) << result.output;
     EXPECT_THAT(result.output,
@@ -74,7 +75,7 @@ TEST(EndToEndTest, CheckLogsFailuresToStandardError)
     ExampleRun const run;
     WriteFile(run.Folder() / "bmp/icons/list.txt", "Play\nNowhere\n");
     auto const result
-        = RunShellCommand(ShellQuoted(PackinspectPath()) + " check bmp 2>err.txt", run.Folder());
+        = RunShellCommand(ShellProgram(PackinspectPath()) + " check bmp 2>err.txt", run.Folder());
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.output,
         HasSubstr(

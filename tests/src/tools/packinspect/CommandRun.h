@@ -31,6 +31,7 @@ using TestSupport::CommandResult;
 using TestSupport::ReadBytes;
 using TestSupport::ReadText;
 using TestSupport::RunShellCommand;
+using TestSupport::ShellProgram;
 using TestSupport::ShellQuoted;
 using TestSupport::WriteFile;
 using Zar::Lt::Core::ScratchFolder;
@@ -91,14 +92,14 @@ public:
         std::filesystem::copy(std::string(PACKAGER_SOURCE_DIR) + "/examples/bmp", _folder / "bmp",
             std::filesystem::copy_options::recursive);
         _packager
-            = RunShellCommand(ShellQuoted(PackagerPath()) + " version 1.2.3.4 sector 12", _folder.Path());
+            = RunShellCommand(ShellProgram(PackagerPath()) + " version 1.2.3.4 sector 12", _folder.Path());
     }
     std::filesystem::path const& Folder() const { return _folder.Path(); }
     std::string Pack() const { return (_folder / "oled.pack").string(); }
     CommandResult const& Packager() const { return _packager; }
     CommandResult Inspect(std::string const& arguments) const
     {
-        return RunShellCommand(ShellQuoted(PackinspectPath()) + " " + arguments, _folder.Path());
+        return RunShellCommand(ShellProgram(PackinspectPath()) + " " + arguments, _folder.Path());
     }
 
 private:

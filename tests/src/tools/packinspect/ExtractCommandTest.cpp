@@ -8,6 +8,7 @@ using testing::HasSubstr;
 using TestSupport::ReadBytes;
 using TestSupport::ReadText;
 using TestSupport::RunShellCommand;
+using TestSupport::ShellProgram;
 using TestSupport::ShellQuoted;
 using TestSupport::WriteFile;
 
@@ -136,7 +137,7 @@ TEST(EndToEndTest, ExtractThenPackagerRebuildsTheExample)
     ASSERT_TRUE(std::regex_search(
         extract.output, command, std::regex("\npackager (version [0-9.]+ sector [0-9]+)\n")));
     auto const rebuild
-        = RunShellCommand(ShellQuoted(PackagerPath()) + " " + command[1].str(), run.Folder() / "rebuilt");
+        = RunShellCommand(ShellProgram(PackagerPath()) + " " + command[1].str(), run.Folder() / "rebuilt");
     EXPECT_EQ(rebuild.output, run.Packager().output);
     for (char const* file :
         { "oled.pack", "Icons.h", "Icons.py", "commands.py", "IconsHelper.cpp", "Screens.h", "Screens.py" })

@@ -397,12 +397,12 @@ TEST(ImageImporterTest, ADesignersFilesPackAsConvertedAndTheTreeChecksClean)
         "disc\nramp16\npalette\nphoto\nspinner_00\nspinner_01\nspinner_02\nlogo\nrgb24\npal8\n");
     EXPECT_EQ(TestSupport::ReadText(bmp / "screens/list.txt"), "splash\nBanner\n");
     tree.Build("version 1.2.3.4 sector 14");
-    auto const check
-        = TestSupport::RunShellCommand(TestSupport::ShellQuoted(PackinspectPath()) + " check", tree.Folder());
+    auto const check = TestSupport::RunShellCommand(
+        TestSupport::ShellProgram(PackinspectPath()) + " check", tree.Folder());
     EXPECT_EQ(check.exitCode, 0) << check.output;
     EXPECT_THAT(check.output, testing::HasSubstr("result: 0 failures, 0 warnings"));
     auto const verify = TestSupport::RunShellCommand(
-        TestSupport::ShellQuoted(PackinspectPath()) + " verify " + TestSupport::ShellQuoted(tree.Pack()),
+        TestSupport::ShellProgram(PackinspectPath()) + " verify " + TestSupport::ShellQuoted(tree.Pack()),
         tree.Folder());
     EXPECT_EQ(verify.exitCode, 0) << verify.output;
 

@@ -59,8 +59,14 @@ public:
     PackagerTree& Tree() { return _tree; }
     fs::path Output() const { return _tree.Folder() / "out"; }
 
+    // A stand-in packager is a script of this machine, which runs the real one through the
+    // emulator itself; packinspect must then start it as it is.
     BuildRun Build(std::string const& packager = PackagerPath(), std::string const& version = "1.2.3.4")
     {
+        std::string const emulator
+            = std::getenv("PACKINSPECT_EMULATOR") ? std::getenv("PACKINSPECT_EMULATOR") : "";
+        if (packager != PackagerPath())
+            unsetenv("PACKINSPECT_EMULATOR");
         PackBuild::Options options;
         options._root = (_tree.Folder() / "bmp").string();
         options._outputFolder = Output().string();
@@ -69,17 +75,20 @@ public:
         std::ostringstream err;
         BuildRun run;
         run._status = PackBuild(options, packager, out, err).Run();
+        if (!emulator.empty())
+            setenv("PACKINSPECT_EMULATOR", emulator.c_str(), 1);
         run._out = out.str();
         run._err = err.str();
         return run;
     }
 
-    // A shell script that stands in for packager, with the real one as $PACKAGER.
+    // A shell script that stands in for packager, with the real one as the shell function packager.
     std::string Wrapper(std::string const& body) const
     {
         std::string const path = (_tree.Folder() / "wrapper.sh").string();
-        WriteFile(
-            path, "#!/bin/sh\nPACKAGER=" + TestSupport::ShellQuoted(PackagerPath()) + "\n" + body + "\n");
+        WriteFile(path,
+            "#!/bin/sh\npackager() { " + TestSupport::ShellProgram(PackagerPath()) + " \"$@\"; }\n" + body
+                + "\n");
         fs::permissions(path, fs::perms::owner_all);
         return path;
     }
@@ -145,7 +154,7 @@ TEST(PackBuildTest, AShortPackFromAFullDiskFails)
     BuildTree tree;
     ASSERT_EQ(0, tree.Build()._status);
     auto const before = Snapshot(tree.Output());
-    auto const run = tree.Build(tree.Wrapper("trap '' XFSZ\nulimit -f 16\nexec \"$PACKAGER\" \"$@\""));
+    auto const run = tree.Build(tree.Wrapper("trap '' XFSZ\nulimit -f 16\npackager \"$@\""));
     EXPECT_EQ(1, run._status);
     EXPECT_THAT(run._err, HasSubstr("the pack packager wrote does not verify ("));
     EXPECT_THAT(run._err, testing::EndsWith("\n" + tree.Output().string() + " is unchanged\n"));
@@ -155,9 +164,8 @@ TEST(PackBuildTest, AShortPackFromAFullDiskFails)
 TEST(PackBuildTest, SourcesCutShortFail)
 {
     BuildTree tree;
-    auto const run
-        = tree.Build(tree.Wrapper("\"$PACKAGER\" \"$@\" && head -c 100 Icons.h > cut && mv cut Icons.h"
-                                  " && rm Screens.py"));
+    auto const run = tree.Build(tree.Wrapper("packager \"$@\" && head -c 100 Icons.h > cut && mv cut Icons.h"
+                                             " && rm Screens.py"));
     EXPECT_EQ(1, run._status);
     EXPECT_THAT(run._err,
         StartsWith("the sources packager wrote are incomplete: Icons.h is cut short (100 bytes)\n"
@@ -171,7 +179,7 @@ TEST(PackBuildTest, SourcesCutShortFail)
 TEST(PackBuildTest, AProgramThatIsNotPackagerIsCaughtByItsCrcs)
 {
     BuildTree tree;
-    auto const run = tree.Build(tree.Wrapper("\"$PACKAGER\" \"$@\" > /dev/null\necho crc:0000"));
+    auto const run = tree.Build(tree.Wrapper("packager \"$@\" > /dev/null\necho crc:0000"));
     EXPECT_EQ(1, run._status);
     EXPECT_THAT(run._err,
         StartsWith("packager printed \"crc:0000\" where the check's trial pack"
@@ -226,11 +234,16 @@ TEST(PackBuildTest, OutputsOfAPreviousBuildThatThisOneDoesNotMakeAreRemoved)
 TEST(PackBuildTest, TheEmulatorRunsPackager)
 {
     BuildTree tree;
-    std::string const emulator
-        = tree.Wrapper("echo \"$@\" > \"$(dirname \"$0\")/emulated.txt\"\nexec \"$@\"");
+    std::string const emulator = tree.Wrapper(
+        "echo \"$@\" > \"$(dirname \"$0\")/emulated.txt\"\nexec " + TestSupport::EmulatorPrefix() + "\"$@\"");
+    char const* const testEmulator = std::getenv("PACKINSPECT_EMULATOR");
+    std::string const saved = testEmulator ? testEmulator : "";
     setenv("PACKINSPECT_EMULATOR", (emulator + " ").c_str(), 1);
     auto const run = tree.Build();
-    unsetenv("PACKINSPECT_EMULATOR");
+    if (saved.empty())
+        unsetenv("PACKINSPECT_EMULATOR");
+    else
+        setenv("PACKINSPECT_EMULATOR", saved.c_str(), 1);
     EXPECT_EQ(0, run._status) << run._err;
     EXPECT_EQ(
         PackagerPath() + " version 1.2.3.4 sector 12\n", ReadText(tree.Tree().Folder() / "emulated.txt"));

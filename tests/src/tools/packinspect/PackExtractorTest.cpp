@@ -22,6 +22,7 @@ using TestSupport::BmpWriter;
 using TestSupport::ReadBytes;
 using TestSupport::ReadText;
 using TestSupport::RunShellCommand;
+using TestSupport::ShellProgram;
 using TestSupport::ShellQuoted;
 using Zar::Lt::Core::ScratchFolder;
 using Zar::ResourcesLibrary::ResourcesLibraryException;
@@ -34,6 +35,16 @@ using Zar::ResourcesLibrary::Tools::Inspect::PackLayout;
 
 namespace {
 
+// A one-word command for scripts that run "$PACKAGER": this build's packager, started as the tests
+// start it (through the emulator of a build for another machine).
+std::string PackagerForScripts(ScratchFolder const& folder)
+{
+    std::filesystem::path const wrapper = folder / "packager";
+    TestSupport::WriteFile(wrapper, "#!/bin/sh\nexec " + ShellProgram(PackagerPath()) + " \"$@\"\n");
+    std::filesystem::permissions(wrapper, std::filesystem::perms::owner_all);
+    return wrapper.string();
+}
+
 // Extracts the tree's pack with the given geometry, rebuilds it with the command extract printed and
 // expects the pack, the summary and every generated file to come out the same.
 void ExpectRoundTrip(PackagerTree const& tree, std::string const& iconOption = "")
@@ -41,11 +52,13 @@ void ExpectRoundTrip(PackagerTree const& tree, std::string const& iconOption = "
     ASSERT_EQ(tree.Run().exitCode, 0) << tree.Run().output;
     ASSERT_TRUE(std::filesystem::exists(tree.Pack())) << tree.Summary();
     ScratchFolder const rebuilt;
-    auto const extract = RunShellCommand(ShellQuoted(PackinspectPath()) + " extract " + iconOption + " "
+    auto const extract = RunShellCommand(ShellProgram(PackinspectPath()) + " extract " + iconOption + " "
         + ShellQuoted(tree.Pack()) + " --force -o " + ShellQuoted(rebuilt.Path().string()));
     ASSERT_EQ(extract.exitCode, 0) << extract.output;
+    ScratchFolder const tools;
     auto const rebuild = RunShellCommand(
-        "PACKAGER=" + ShellQuoted(PackagerPath()) + " sh rebuild.sh > summary.txt", rebuilt.Path());
+        "PACKAGER=" + ShellQuoted(PackagerForScripts(tools)) + " sh rebuild.sh > summary.txt",
+        rebuilt.Path());
     ASSERT_EQ(rebuild.exitCode, 0) << rebuild.output;
 
     EXPECT_EQ(ReadText(rebuilt / "summary.txt"), tree.Summary());

@@ -39,7 +39,7 @@ public:
     void Build(std::string const& arguments)
     {
         _run = TestSupport::RunShellCommand(
-            TestSupport::ShellQuoted(PackagerPath()) + " " + arguments + " > summary.txt", Folder());
+            TestSupport::ShellProgram(PackagerPath()) + " " + arguments + " > summary.txt", Folder());
     }
 
     std::filesystem::path const& Folder() const { return _tree.Folder(); }

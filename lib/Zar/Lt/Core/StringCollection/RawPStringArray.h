@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Zar/Lt/Core/LittleEndianU32.h"
 #include "Zar/Lt/Core/StringCollection/IStringReadOnlyCollection.h"
 #include "Zar/Lt/Exceptions/Check.h"
 
@@ -12,12 +13,13 @@ namespace Zar::Lt::Core {
 
 // A fixed block of length-prefixed strings, laid into a file byte for byte: the count of bytes in
 // use, the count of strings, then the strings back to back, each as one length byte followed by its
-// bytes. An empty block is all zero. The capacity must keep the block free of padding, so that its
-// size is exactly 8 + capacity bytes.
+// bytes. An empty block is all zero. The counts are little-endian in memory as in the file, whatever
+// the machine's byte order. The capacity must keep the block free of padding, so that its size is
+// exactly 8 + capacity bytes.
 template <std::size_t capacity>
 requires(capacity > 0 && capacity % alignof(uint32_t) == 0) struct RawPStringArray {
-    uint32_t used = 0;
-    uint32_t count = 0;
+    LittleEndianU32 used = 0;
+    LittleEndianU32 count = 0;
     uint8_t data[capacity] = {};
 
     // Appends the text with length as its length byte. The text is copied as a terminated C string:
@@ -26,14 +28,15 @@ requires(capacity > 0 && capacity % alignof(uint32_t) == 0) struct RawPStringArr
     constexpr void Append(char const* text, std::size_t length)
     {
         ZAR_CHECK(PreCondition, length <= 255u, "", ZAR_SOURCE_INFO_AT(kSourceFile, 73));
-        // Widened before adding: a block read back from a file may hold any used, and the sum must not
-        // wrap around to a small value that passes the check.
-        std::size_t const next = std::size_t { used } + 1 + length;
+        // Widened to 64 bits before adding, not to size_t: a block read back from a file may hold any
+        // used, and on a 32-bit machine the sum would wrap around to a small value that passes the check.
+        uint64_t const next = uint64_t { used } + 1 + length;
         ZAR_CHECK(PreCondition, next <= capacity, "", ZAR_SOURCE_INFO_AT(kSourceFile, 76));
         ZAR_CHECK(
             PreCondition, text != nullptr || length == 0, "", ZAR_SOURCE_INFO_AT(kSourceFile, __LINE__));
-        data[used] = static_cast<uint8_t>(length);
-        CopyTerminated(text, used + 1);
+        std::size_t const at = used;
+        data[at] = static_cast<uint8_t>(length);
+        CopyTerminated(text, at + 1);
         used = static_cast<uint32_t>(next);
         ++count;
     }

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -146,10 +147,20 @@ TEST(SymbolTest, MissingOffsetDigitsReadAsZero)
     EXPECT_EQ(0u, symbol.Address());
 }
 
+// The offset is read as a 64-bit number, as long is on x86-64, on every machine: where long has 32
+// bits it would saturate at 0x7fffffff instead.
 TEST(SymbolTest, OffsetBeyondThirtyOneBitsWrapsNegative)
 {
     Symbol const symbol("lib(f+0xffffffff) [0x1]");
     EXPECT_EQ(-1, symbol.Offset());
+}
+
+TEST(SymbolTest, OffsetBeyondSixtyFourBitsSaturatesAtTheLargest64BitNumberThenWraps)
+{
+    Symbol const symbol("lib(f+0x123456789abcdef01) [0x1]");
+    EXPECT_EQ(-1, symbol.Offset());
+    Symbol const thirtyTwoBits("lib(f+0x180000000) [0x1]");
+    EXPECT_EQ(std::numeric_limits<int32_t>::min(), thirtyTwoBits.Offset());
 }
 
 // A symbol name that is also the code of a built-in type demangles as that type.

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 using Zar::ResourcesLibrary::ResourcesLibraryException;
@@ -57,6 +58,19 @@ ImageFormat QtInput::FromQtFormat(int qtFormat)
     return kFromQt[static_cast<size_t>(qtFormat - 1)];
 }
 
+void QtInput::PutWordPixelsInLittleEndianOrder(
+    uint8_t* pixels, std::size_t size, int qtFormat, std::endian machine)
+{
+    constexpr int kFormatRgb32 = 4;
+    constexpr int kFormatArgb32Premultiplied = 6;
+    if (machine == std::endian::little || qtFormat < kFormatRgb32 || qtFormat > kFormatArgb32Premultiplied)
+        return;
+    for (std::size_t at = 0; at + 4 <= size; at += 4) {
+        std::swap(pixels[at], pixels[at + 3]);
+        std::swap(pixels[at + 1], pixels[at + 2]);
+    }
+}
+
 MutableImage QtInput::Load(char const* filePath)
 {
     ZarQtImageCodec const& codec = QtModule::Codec();
@@ -86,5 +100,6 @@ MutableImage QtInput::Load(char const* filePath)
     size_t const available = std::min(size, static_cast<size_t>(decoded.sizeInBytes));
     if (available > 0)
         std::memcpy(pixels.data(), decoded.bits, available);
+    PutWordPixelsInLittleEndianOrder(pixels.data(), available, decoded.qtFormat, std::endian::native);
     return MutableImage(info, std::move(pixels));
 }

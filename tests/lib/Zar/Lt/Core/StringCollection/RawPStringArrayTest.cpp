@@ -118,6 +118,17 @@ TEST(RawPStringArrayTest, WholeBlockBytesAreCountsThenData)
     EXPECT_EQ((std::vector<uint8_t> { 3, 0, 0, 0, 1, 0, 0, 0, 2, 'h', 'i', 0, 0, 0, 0, 0 }), Bytes(block));
 }
 
+TEST(RawPStringArrayTest, CountsOfABlockReadFromAFileAreItsLittleEndianBytes)
+{
+    // The pack header is read back by copying its bytes: the counts must come out the same on a
+    // big-endian machine as on the machine that wrote them.
+    std::array<uint8_t, 12> const file { 0x02, 0x01, 0, 0, 0x01, 0, 0, 0x80, 1, 'x', 0, 0 };
+    RawPStringArray<4> block;
+    std::memcpy(&block, file.data(), sizeof block);
+    EXPECT_EQ(0x0102u, block.used);
+    EXPECT_EQ(0x80000001u, block.count);
+}
+
 TEST(RawPStringArrayTest, StringOf255BytesIsAccepted)
 {
     Header block;

@@ -15,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -183,6 +184,39 @@ TEST_F(QtInputTest, ALoaderAskingForGray8RefusesAGrayPgmAsUnknown)
 
     EXPECT_THAT([&] { loader.Load(path.c_str()); },
         ThrowsMessage<ResourcesLibraryException>(StrEq("Invalid format Unknown")));
+}
+
+TEST(QtInputWordPixelsTest, OnABigEndianMachineTheThirtyTwoBitFormatsAreTurnedWordByWord)
+{
+    // Qt's words 0xAARRGGBB as a big-endian machine holds them; the last two bytes are no whole word.
+    for (int qtFormat :
+        { QImage::Format_RGB32, QImage::Format_ARGB32, QImage::Format_ARGB32_Premultiplied }) {
+        std::vector<uint8_t> pixels { 0x82, 21, 22, 3, 0xFF, 1, 2, 4, 9, 8 };
+        QtInput::PutWordPixelsInLittleEndianOrder(pixels.data(), pixels.size(), qtFormat, std::endian::big);
+        EXPECT_EQ((std::vector<uint8_t> { 3, 22, 21, 0x82, 4, 2, 1, 0xFF, 9, 8 }), pixels) << qtFormat;
+    }
+}
+
+TEST(QtInputWordPixelsTest, OnlyTheGivenSizeIsTurned)
+{
+    std::vector<uint8_t> pixels { 1, 2, 3, 4, 5, 6, 7, 8 };
+    QtInput::PutWordPixelsInLittleEndianOrder(pixels.data(), 4, QImage::Format_RGB32, std::endian::big);
+    EXPECT_EQ((std::vector<uint8_t> { 4, 3, 2, 1, 5, 6, 7, 8 }), pixels);
+}
+
+TEST(QtInputWordPixelsTest, ByteOrderedFormatsAndLittleEndianMachinesAreLeftAsTheyAre)
+{
+    std::vector<uint8_t> const original { 1, 2, 3, 4, 5, 6, 7, 8 };
+    for (int qtFormat : { QImage::Format_Mono, QImage::Format_RGB16, QImage::Format_RGB888,
+             QImage::Format_RGBX8888, QImage::Format_RGBA8888, QImage::Format_RGBA64 }) {
+        std::vector<uint8_t> pixels = original;
+        QtInput::PutWordPixelsInLittleEndianOrder(pixels.data(), pixels.size(), qtFormat, std::endian::big);
+        EXPECT_EQ(original, pixels) << qtFormat;
+    }
+    std::vector<uint8_t> pixels = original;
+    QtInput::PutWordPixelsInLittleEndianOrder(
+        pixels.data(), pixels.size(), QImage::Format_ARGB32, std::endian::little);
+    EXPECT_EQ(original, pixels);
 }
 
 TEST_F(QtInputTest, AWideFormatOutsideTheTableCopiesOnlyTheImageSize)
