@@ -251,6 +251,7 @@ bool TreeChecker::CheckBeforeLoading(ListCheck const& list, Item& item)
             "the line names the list file itself, which packager loads as a text image and packs as "
                 + std::string(list._kind == std::string("icon") ? "an icon" : "an image"),
             "remove the line");
+        return false;
     }
     FileFormat const format = FormatOf(item._file);
     if (format == FileFormat::Raw || format == FileFormat::Yuv) {
@@ -297,7 +298,12 @@ void TreeChecker::CheckItem(
     std::string const added = exporter.Errors().substr(errorsBefore);
     if (!added.empty()) {
         std::string const reason = ReasonOf(added, std::to_string(item._index) + " " + item._name + " ");
-        FailItem(list, item, reason, FixOfPackingError(reason));
+        item._reported = true;
+        if (delivered && !list._requiredByPackager && item._bytes < PackFormat::kScreenThreshold)
+            FailItem(
+                list, item, ScreenOfAnIconsSize(item) + " (packager says: " + reason + ")", ScreenSizeFix());
+        else
+            FailItem(list, item, reason, FixOfPackingError(reason));
         return;
     }
     if (!delivered) {
@@ -407,13 +413,7 @@ void TreeChecker::CheckKinds(ListCheck const& list, std::vector<Item> const& ite
                     + kIconSources + " are written with the icons before it only",
                 "move it to " + _root + "screens/list.txt, or make it an icon's size");
         else if (!icons && !packedAsScreen)
-            FailItem(list, item,
-                "it is " + size + ", below the " + std::to_string(PackFormat::kScreenThreshold)
-                    + " bytes from which packager takes an image for a screen: it packs it as an icon "
-                      "(framed,"
-                      " in the Icon enumeration), or refuses it after the first screen",
-                "make it a screen's size (256 x 64 is 8192 bytes), or move it to " + _root
-                    + "icons/list.txt");
+            FailItem(list, item, ScreenOfAnIconsSize(item), ScreenSizeFix());
     }
 }
 
@@ -444,6 +444,20 @@ std::optional<ImageGeometry> TreeChecker::CommonIconSize(
     if (!common)
         return std::nullopt;
     return ImageGeometry(static_cast<uint32_t>(common->first), static_cast<uint32_t>(common->second));
+}
+
+std::string TreeChecker::ScreenOfAnIconsSize(Item const& item)
+{
+    return "it is " + SizeText(item._width, item._height, item._bytes) + ", below the "
+        + std::to_string(PackFormat::kScreenThreshold)
+        + " bytes from which packager takes an image for a screen: it packs it as an icon (framed, in the "
+          "Icon"
+          " enumeration), or refuses it after the first screen";
+}
+
+std::string TreeChecker::ScreenSizeFix() const
+{
+    return "make it a screen's size (256 x 64 is 8192 bytes), or move it to " + _root + "icons/list.txt";
 }
 
 void TreeChecker::CheckSizes(ListCheck const& list, std::vector<Item> const& items)

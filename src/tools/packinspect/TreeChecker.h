@@ -110,6 +110,8 @@ private:
     static std::optional<ImageGeometry> CommonIconSize(
         ListCheck const& list, std::vector<std::string> const& items);
     void CheckSizes(ListCheck const& list, std::vector<Item> const& items);
+    static std::string ScreenOfAnIconsSize(Item const& item);
+    std::string ScreenSizeFix() const;
     void CheckKinds(ListCheck const& list, std::vector<Item> const& items);
     void CheckNames(ListCheck const& list, std::vector<Item> const& items);
     void CheckScreensPresent(std::vector<Item> const& icons, std::vector<Item> const& screens);

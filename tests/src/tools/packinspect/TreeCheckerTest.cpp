@@ -258,6 +258,24 @@ TEST(TreeCheckerTest, AScreenOfAnIconsSizeFails)
             + tree.Root() + "icons/list.txt"));
 }
 
+TEST(TreeCheckerTest, AScreenOfAnIconsSizeAfterTheFirstScreenFailsForItsSize)
+{
+    Tree tree;
+    tree.MakeSound();
+    tree.Raw("screens/Small.bmp", Bmp4(128, 32, AscendingGreys(), Ramp(128, 32, 0)));
+    tree.ScreenList("Splash\nSmall\n");
+    auto const outcome = Check(tree);
+    EXPECT_THAT(outcome._failures,
+        testing::ElementsAre(At(tree.Screens(), 2, 3, "screen", "Small", tree.File("screens/Small.bmp"))
+            + "it is 128 x 32 (2048 bytes), below the 4096 bytes from which packager takes an image for a "
+              "screen:"
+              " it packs it as an icon (framed, in the Icon enumeration), or refuses it after the first "
+              "screen"
+              " (packager says: PostCondition !_screensCount Cannot add icons after screens); fix: make it a"
+              " screen's size (256 x 64 is 8192 bytes), or move it to "
+            + tree.Root() + "icons/list.txt"));
+}
+
 TEST(TreeCheckerTest, AnEmptyImageFails)
 {
     Tree tree;
@@ -509,7 +527,7 @@ TEST(TreeCheckerTest, AListNamingItselfFails)
     tree.ScreenList("Splash\nlist.txt\n");
     auto const outcome = Check(tree);
     EXPECT_THAT(outcome._failures,
-        Contains(At(tree.Screens(), 2, 3, "screen", "list", tree.Screens())
+        testing::ElementsAre(At(tree.Screens(), 2, 3, "screen", "list", tree.Screens())
             + "the line names the list file itself, which packager loads as a text image and packs as an "
               "image;"
               " fix: remove the line"));
