@@ -79,9 +79,10 @@ int Run(Invocation& invocation)
 {
     if (invocation.Operands().size() > 1)
         return invocation.UsageError("one bmp folder at most");
-    auto const output = invocation.Options().Value(kOutputOption._long);
-    if (!output || output->empty())
-        return invocation.UsageError("the output folder is missing: give it with -o OUTDIR");
+    auto const output
+        = invocation.RequiredValue(kOutputOption, "the output folder is missing: give it with -o OUTDIR");
+    if (!output)
+        return kUsage;
     PackBuild::Options options;
     options._root = invocation.Operands().empty() ? "bmp" : invocation.Operands()[0];
     options._outputFolder = *output;
