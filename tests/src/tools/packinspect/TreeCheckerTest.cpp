@@ -39,11 +39,8 @@ public:
     {
         Raw("screens/" + name + ".bmp", Bmp4(256, 64, AscendingGreys(), Ramp(256, 64, 2)));
     }
-    void Text(std::string const& relative, std::string const& text)
-    {
-        WriteFile(_folder / "bmp" / relative, text);
-    }
-    void Remove(std::string const& relative) { std::filesystem::remove_all(_folder / "bmp" / relative); }
+    void Text(std::string const& relative, std::string const& text) { Raw(relative, text); }
+    void Remove(std::string const& relative) { std::filesystem::remove_all(Folder() / "bmp" / relative); }
     std::string Icons() const { return Root() + "icons/list.txt"; }
     std::string Screens() const { return Root() + "screens/list.txt"; }
 
