@@ -1,6 +1,6 @@
-// The packinspect tool: verifies, lists, renders, extracts and compares the resource packs that
-// packager writes, and checks bmp trees before they are packed. Its commands are listed in
-// CommandTable.cpp.
+// The packinspect tool, packager's companion: imports designers' images as the bitmaps packager packs
+// as drawn, checks bmp trees and builds packs that fail loudly, and verifies, lists, renders,
+// extracts and compares the packs packager writes. Its commands are listed in CommandTable.cpp.
 
 #include "CommandLine.h"
 
