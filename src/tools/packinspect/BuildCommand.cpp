@@ -16,10 +16,10 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 
 namespace {
 
-OptionParser::Option const kSectorOption { "sector", 0, true };
+OptionParser::Option const& kSectorOption = CommonOptions::kSector;
 OptionParser::Option const kVersionOption { "version", 0, true };
-OptionParser::Option const kStrictOption { "strict", 0, false };
-OptionParser::Option const kOutputOption { "output", 'o', true };
+OptionParser::Option const& kStrictOption = CommonOptions::kStrict;
+OptionParser::Option const& kOutputOption = CommonOptions::kOutput;
 
 std::string Help()
 {

@@ -18,8 +18,8 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 
 namespace {
 
-OptionParser::Option const kSectorOption { "sector", 0, true };
-OptionParser::Option const kStrictOption { "strict", 0, false };
+OptionParser::Option const& kSectorOption = CommonOptions::kSector;
+OptionParser::Option const& kStrictOption = CommonOptions::kStrict;
 OptionParser::Option const kVerboseOption { "verbose", 'v', false };
 
 std::string Help()

@@ -12,6 +12,13 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 
 using Zar::ResourcesLibrary::Pack::PackFormat;
 
+OptionParser::Option const CommonOptions::kOutput { "output", 'o', true };
+OptionParser::Option const CommonOptions::kForce { "force", 0, false };
+OptionParser::Option const CommonOptions::kSector { "sector", 0, true };
+OptionParser::Option const CommonOptions::kStrict { "strict", 0, false };
+OptionParser::Option const CommonOptions::kGamma { "gamma", 0, true };
+OptionParser::Option const CommonOptions::kGreyTable { "grey-table", 0, true };
+
 std::string Command::HelpText(std::string text)
 {
     std::pair<std::string_view, std::string> const fillIns[] = {

@@ -16,6 +16,16 @@ enum ExitStatus : int { kFine = 0, kProblemsFound = 1, kUsage = 2 };
 
 class Invocation;
 
+// The options that several commands take, each spelled once.
+struct CommonOptions {
+    static OptionParser::Option const kOutput;
+    static OptionParser::Option const kForce;
+    static OptionParser::Option const kSector;
+    static OptionParser::Option const kStrict;
+    static OptionParser::Option const kGamma;
+    static OptionParser::Option const kGreyTable;
+};
+
 // One packinspect command, as its row of the command table gives it: the name it is called by, the
 // synopsis and one-line summary of the main help, its options (--help is every command's and is not
 // listed), its help text and the function that runs it.

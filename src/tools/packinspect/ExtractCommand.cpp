@@ -13,8 +13,8 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 
 namespace {
 
-OptionParser::Option const kOutputOption { "output", 'o', true };
-OptionParser::Option const kForceOption { "force", 0, false };
+OptionParser::Option const& kOutputOption = CommonOptions::kOutput;
+OptionParser::Option const& kForceOption = CommonOptions::kForce;
 
 std::string Help()
 {

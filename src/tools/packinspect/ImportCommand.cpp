@@ -4,11 +4,9 @@
 #include "ImageDecoder.h"
 #include "ImageImporter.h"
 #include "ImportPreview.h"
+#include "PngFile.h"
 
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
-
-#include <QBuffer>
-#include <QByteArray>
 
 #include <charconv>
 #include <cmath>
@@ -20,19 +18,19 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 
 namespace {
 
-OptionParser::Option const kOutputOption { "output", 'o', true };
+OptionParser::Option const& kOutputOption = CommonOptions::kOutput;
 OptionParser::Option const kSizeOption { "size", 0, true };
 OptionParser::Option const kFitOption { "fit", 0, true };
 OptionParser::Option const kBackgroundOption { "background", 0, true };
 OptionParser::Option const kBitsOption { "bits", 0, true };
 OptionParser::Option const kInvertOption { "invert", 0, false };
-OptionParser::Option const kGammaOption { "gamma", 0, true };
-OptionParser::Option const kGreyTableOption { "grey-table", 0, true };
+OptionParser::Option const& kGammaOption = CommonOptions::kGamma;
+OptionParser::Option const& kGreyTableOption = CommonOptions::kGreyTable;
 OptionParser::Option const kThresholdOption { "threshold", 0, true };
 OptionParser::Option const kDitherOption { "dither", 0, true };
 OptionParser::Option const kFrameOption { "frame", 0, true };
 OptionParser::Option const kNameOption { "name", 0, true };
-OptionParser::Option const kForceOption { "force", 0, false };
+OptionParser::Option const& kForceOption = CommonOptions::kForce;
 OptionParser::Option const kPreviewOption { "preview", 0, true };
 
 std::string Help()
@@ -208,18 +206,6 @@ std::optional<std::string> ReadConversion(OptionParser const& options, ImportSet
     return std::nullopt;
 }
 
-bool SavePng(QImage const& image, std::string const& path)
-{
-    QByteArray png;
-    QBuffer buffer(&png);
-    if (!buffer.open(QIODevice::WriteOnly) || !image.save(&buffer, "PNG"))
-        return false;
-    std::ofstream stream(path, std::ios::binary | std::ios::trunc);
-    stream.write(png.constData(), png.size());
-    stream.close();
-    return static_cast<bool>(stream);
-}
-
 int Run(Invocation& invocation)
 {
     auto const& options = invocation.Options();
@@ -247,7 +233,7 @@ int Run(Invocation& invocation)
     try {
         plan = ImageImporter::Prepare(settings);
         if (settings._preview
-            && !SavePng(ImportPreview::Render(plan._images, OptionsText(settings)), *settings._preview))
+            && !PngFile::Save(ImportPreview::Render(plan._images, OptionsText(settings)), *settings._preview))
             return invocation.Problem(*settings._preview + ": cannot write it; nothing was imported");
         ImageImporter::Commit(plan, settings);
     } catch (ResourcesLibraryException const& error) {

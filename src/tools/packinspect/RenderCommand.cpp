@@ -21,9 +21,9 @@ namespace Zar::ResourcesLibrary::Tools::Inspect {
 
 namespace {
 
-OptionParser::Option const kOutputOption { "output", 'o', true };
-OptionParser::Option const kGreyTableOption { "grey-table", 0, true };
-OptionParser::Option const kGammaOption { "gamma", 0, true };
+OptionParser::Option const& kOutputOption = CommonOptions::kOutput;
+OptionParser::Option const& kGreyTableOption = CommonOptions::kGreyTable;
+OptionParser::Option const& kGammaOption = CommonOptions::kGamma;
 
 std::string Help()
 {
