@@ -289,9 +289,12 @@ TEST(ImageImporterTest, RefusesEachProblemNamingTheFile)
             + ": it is not an image Qt can read (PNG, JPEG, GIF, BMP, PGM, PPM or SVG); export it in one of "
               "those formats");
 
-    std::string const keyword = Save(small, tree / "class.png");
-    EXPECT_EQ(ProblemOf(Settings({ keyword }, tree / "icons")),
-        keyword + ": the name class is the C++ keyword class; give another with --name or rename the file");
+    // The generated sources spell the name None, Python's keyword.
+    std::string const keyword = Save(small, tree / "none.png");
+    std::string const keywordProblem
+        = ": the name none, None in the generated sources, is a Python keyword; give another with --name or "
+          "rename the file";
+    EXPECT_EQ(ProblemOf(Settings({ keyword }, tree / "icons")), keyword + keywordProblem);
 
     std::string const big = Save(QImage(128, 64, QImage::Format_RGB32), tree / "Big.png");
     EXPECT_EQ(ProblemOf(Settings({ big }, tree / "icons")),
@@ -299,8 +302,7 @@ TEST(ImageImporterTest, RefusesEachProblemNamingTheFile)
             + ": 128x64 is 4096 bytes at 4 bits per pixel, which packager packs as a screen, not an icon; "
               "import it into "
               "screens or make it smaller");
-    EXPECT_EQ(ProblemOf(Settings({ keyword }, tree / "screens")),
-        keyword + ": the name class is the C++ keyword class; give another with --name or rename the file");
+    EXPECT_EQ(ProblemOf(Settings({ keyword }, tree / "screens")), keyword + keywordProblem);
     std::string const icon = Save(small, tree / "Small.png");
     EXPECT_EQ(ProblemOf(Settings({ icon }, tree / "screens")),
         icon
