@@ -58,8 +58,12 @@ std::string CrcLine(std::string const& printed)
 std::optional<fs::path> MakeStaging(fs::path const& output)
 {
     fs::path const parent = fs::absolute(output).parent_path();
-    std::string pattern
-        = (parent / ("." + fs::absolute(output).filename().string() + ".staging-XXXXXX")).string();
+    // Appended piece by piece: GCC 12's -O3 restrict check misreads "." + a temporary string as an
+    // overlapping copy.
+    std::string name = ".";
+    name += fs::absolute(output).filename().string();
+    name += ".staging-XXXXXX";
+    std::string pattern = (parent / name).string();
     if (!mkdtemp(pattern.data()))
         return std::nullopt;
     return fs::path(pattern);
