@@ -76,7 +76,7 @@ endfunction()
 # Builds the listed *Test.cpp files of the calling folder (and the headers they share) into one
 # GoogleTest executable, whose tests are registered with CTest one by one.
 function(zar_add_test_folder name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;DEPS" ${ARGN})
+    cmake_parse_arguments(ARG "" "LEAK_SUPPRESSIONS" "SOURCES;DEPS" ${ARGN})
     if(NOT ARG_SOURCES OR ARG_UNPARSED_ARGUMENTS)
         message(FATAL_ERROR "zar_add_test_folder(${name}): SOURCES is required, got: ${ARGN}")
     endif()
@@ -90,7 +90,14 @@ function(zar_add_test_folder name)
     # Test executables do not lie beside the Qt image module: the tests that load a Qt format point
     # the loader at the module of this build.
     add_dependencies(${name} zar_qt_input)
-    # packinspect starts packager through PACKINSPECT_EMULATOR when it is set.
+    # packinspect starts packager through PACKINSPECT_EMULATOR when it is set. In a sanitizer build
+    # (never one for another machine), LEAK_SUPPRESSIONS (a file of the folder) turns LeakSanitizer's
+    # walk of thread-local storage off and names what it then takes for leaks. One variable only:
+    # gtest_discover_tests keeps the first element of a list.
+    set(environment "PACKINSPECT_EMULATOR=${ZAR_EMULATOR}")
+    if(ARG_LEAK_SUPPRESSIONS AND PACKAGER_SANITIZE)
+        set(environment "LSAN_OPTIONS=use_tls=0:print_suppressions=0:suppressions=${CMAKE_CURRENT_SOURCE_DIR}/${ARG_LEAK_SUPPRESSIONS}")
+    endif()
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}
-        PROPERTIES ENVIRONMENT "PACKINSPECT_EMULATOR=${ZAR_EMULATOR}")
+        PROPERTIES ENVIRONMENT "${environment}")
 endfunction()
