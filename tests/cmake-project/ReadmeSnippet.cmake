@@ -4,6 +4,7 @@
 # prefix's share/cmake/Packager), packs a small tree and compiles a firmware against the sources.
 #
 #   cmake -DREADME=<README.md> -DPACKAGER_DIR=<dir> -DSOURCE_DIR=<this folder> -DWORK_DIR=<scratch>
+#         [-DEMULATOR=<words>]
 #         -DGENERATOR=Ninja -P ReadmeSnippet.cmake
 cmake_minimum_required(VERSION 3.25)
 
@@ -43,8 +44,10 @@ file(WRITE "${source}/bmp/icons/list.txt" "Play.txt\nStop.txt\n")
 file(WRITE "${source}/bmp/screens/Splash.txt" "${screen}")
 file(WRITE "${source}/bmp/screens/list.txt" "Splash.txt\n")
 
+# EMULATOR starts tools built for another machine (the module's PACKAGER_EMULATOR).
+separate_arguments(emulator UNIX_COMMAND "${EMULATOR}")
 execute_process(COMMAND "${CMAKE_COMMAND}" -S "${source}" -B "${build}" -G "${GENERATOR}"
-                        "-DPackager_DIR=${PACKAGER_DIR}"
+                        "-DPackager_DIR=${PACKAGER_DIR}" "-DPACKAGER_EMULATOR=${emulator}"
                 RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
 if(NOT result EQUAL 0)
     message(FATAL_ERROR "configuring the README's example failed:\n${snippet}\n${output}")

@@ -23,6 +23,28 @@ bool IsExecutableFile(std::filesystem::path const& path)
     return std::filesystem::is_regular_file(path, error) && access(path.c_str(), X_OK) == 0;
 }
 
+// The file that starts the program: a path as it is given, a name looked up in the folders of PATH;
+// otherwise the error that exec would give. Found here rather than by posix_spawnp, so that a program
+// that is not there never counts as started, also where the spawn cannot report a failed exec (under
+// qemu-user, which runs the child as a plain fork).
+int Locate(std::string const& program, std::string& file)
+{
+    if (program.find('/') != std::string::npos) {
+        file = program;
+        return access(program.c_str(), X_OK) == 0 ? 0 : errno;
+    }
+    char const* const path = std::getenv("PATH");
+    std::istringstream folders(path ? path : "");
+    for (std::string folder; std::getline(folders, folder, ':');) {
+        auto const candidate = std::filesystem::path(folder.empty() ? "." : folder) / program;
+        if (IsExecutableFile(candidate)) {
+            file = candidate.string();
+            return 0;
+        }
+    }
+    return ENOENT;
+}
+
 // The file actions of the child: into the folder, standard output and error into the file.
 class FileActions {
 public:
@@ -76,8 +98,11 @@ ChildProcess::Result ChildProcess::Run(
     for (auto const& argument : arguments)
         argv.push_back(const_cast<char*>(argument.c_str()));
     argv.push_back(nullptr);
+    std::string file;
+    int error = Locate(arguments[0], file);
     pid_t child = 0;
-    int const error = posix_spawnp(&child, argv[0], actions.Get(), nullptr, argv.data(), environ);
+    if (error == 0)
+        error = posix_spawn(&child, file.c_str(), actions.Get(), nullptr, argv.data(), environ);
     if (error != 0) {
         result._problem = "cannot run " + arguments[0] + ": " + std::strerror(error);
         return result;
