@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include <filesystem>
 
 using namespace PackInspectTest;
@@ -85,8 +87,18 @@ TEST(BuildCommandTest, SaysWhichPackagerItLookedForWhenThereIsNone)
     PackagerTree tree;
     MakeSound(tree);
     std::filesystem::copy_file(PackinspectPath(), tree.Folder() / "packinspect");
-    auto const result
-        = RunShellCommand("env PATH=/nonexistent ./packinspect build bmp -o out 2>&1", tree.Folder());
+    // The PATH holds a folder without packager; in a cross build's tests, the emulator alone.
+    auto const bin = tree.Folder() / "bin";
+    std::filesystem::create_directory(bin);
+    std::string emulator;
+    std::istringstream(PACKAGER_TEST_EMULATOR) >> emulator;
+    if (!emulator.empty())
+        ASSERT_EQ(0,
+            RunShellCommand("ln -s \"$(command -v " + ShellQuoted(emulator) + ")\" bin/", tree.Folder())
+                .exitCode);
+    auto const result = RunShellCommand("env PATH=" + ShellQuoted(bin.string()) + " "
+            + TestSupport::EmulatorPrefix() + "./packinspect build bmp -o out 2>&1",
+        tree.Folder());
     EXPECT_EQ(1, result.exitCode);
     EXPECT_EQ("packinspect build: packager is not beside packinspect ("
             + std::filesystem::canonical(tree.Folder()).string() + ") nor on PATH; out is unchanged\n",
