@@ -92,10 +92,11 @@ TEST(BuildCommandTest, SaysWhichPackagerItLookedForWhenThereIsNone)
     std::filesystem::create_directory(bin);
     std::string emulator;
     std::istringstream(PACKAGER_TEST_EMULATOR) >> emulator;
-    if (!emulator.empty())
+    if (!emulator.empty()) {
         ASSERT_EQ(0,
             RunShellCommand("ln -s \"$(command -v " + ShellQuoted(emulator) + ")\" bin/", tree.Folder())
                 .exitCode);
+    }
     auto const result = RunShellCommand("env PATH=" + ShellQuoted(bin.string()) + " "
             + TestSupport::EmulatorPrefix() + "./packinspect build bmp -o out 2>&1",
         tree.Folder());
