@@ -1,5 +1,7 @@
 #include "GreyMapping.h"
 
+#include "Zar/ResourcesLibrary/Image/InputFile.h"
+
 #include "Zar/Lt/Exceptions/Check.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
@@ -168,6 +170,33 @@ std::array<double, GreyMapping::kLevels4> GreyMapping::ParseTable(std::string co
     std::array<double, kLevels4> table {};
     std::copy(numbers.begin(), numbers.end(), table.begin());
     return table;
+}
+
+std::optional<std::string> GreyMapping::FromOptions(std::optional<std::string> const& gamma,
+    std::optional<std::string> const& table, std::optional<GreyMapping>& mapping)
+{
+    if (gamma && table)
+        return "give --gamma or --grey-table, not both";
+    if (gamma) {
+        double value = 0;
+        auto const [end, error] = std::from_chars(gamma->data(), gamma->data() + gamma->size(), value);
+        if (gamma->empty() || error != std::errc() || end != gamma->data() + gamma->size()
+            || !std::isfinite(value) || value < 0.1 || value > 10)
+            return "--gamma takes a number from 0.1 to 10, not '" + *gamma + "'";
+        mapping = Gamma(value);
+    }
+    if (table) {
+        // Read whole but bounded, as every input of the tools.
+        auto const bytes = Zar::ResourcesLibrary::Image::InputFile::ReadWhole(table->c_str());
+        if (!bytes)
+            return "--grey-table: cannot read " + *table;
+        try {
+            mapping = Table(ParseTable(std::string(bytes->begin(), bytes->end())));
+        } catch (ResourcesLibraryException const& error) {
+            return "--grey-table " + *table + ": " + error.what();
+        }
+    }
+    return std::nullopt;
 }
 
 } // namespace Zar::ResourcesLibrary::Tools::Inspect

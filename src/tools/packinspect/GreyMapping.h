@@ -31,6 +31,10 @@ public:
     // The 16 numbers of a grey-table file: numbers separated by white space or commas, '#' starting a
     // comment to the end of the line. Throws ResourcesLibraryException with the reason.
     static std::array<double, kLevels4> ParseTable(std::string const& text);
+    // The mapping of the options --gamma=G and --grey-table=FILE, either given or neither (then
+    // mapping stays as it is); gives why they cannot be used, or nothing.
+    static std::optional<std::string> FromOptions(std::optional<std::string> const& gamma,
+        std::optional<std::string> const& table, std::optional<GreyMapping>& mapping);
 
     // The luma of an 8-bit straight colour: (299 R + 587 G + 114 B + 500) / 1000.
     static uint8_t Luma(uint8_t red, uint8_t green, uint8_t blue);

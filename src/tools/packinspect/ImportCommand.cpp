@@ -102,26 +102,6 @@ std::optional<QSize> SizeOf(std::string const& text)
     return QSize(*width, *height);
 }
 
-std::optional<double> GammaOf(std::string const& text)
-{
-    double value = 0;
-    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (text.empty() || error != std::errc() || end != text.data() + text.size() || !std::isfinite(value)
-        || value < 0.1 || value > 10)
-        return std::nullopt;
-    return value;
-}
-
-std::optional<std::string> ReadText(std::string const& path)
-{
-    std::ifstream stream(path, std::ios::binary);
-    if (!stream)
-        return std::nullopt;
-    std::ostringstream text;
-    text << stream.rdbuf();
-    return text.str();
-}
-
 // The options as the preview's label shows them.
 std::string OptionsText(ImportSettings const& settings)
 {
@@ -185,24 +165,11 @@ std::optional<std::string> ReadConversion(OptionParser const& options, ImportSet
     }
     if (threshold)
         return "--threshold is for --bits=1";
-    if (gamma && table)
-        return "give --gamma or --grey-table, not both";
-    if (gamma) {
-        auto const value = GammaOf(*gamma);
-        if (!value)
-            return "--gamma takes a number from 0.1 to 10, not '" + *gamma + "'";
-        settings._mapping = GreyMapping::Gamma(*value);
-    }
-    if (table) {
-        auto const text = ReadText(*table);
-        if (!text)
-            return "--grey-table: cannot read " + *table;
-        try {
-            settings._mapping = GreyMapping::Table(GreyMapping::ParseTable(*text));
-        } catch (ResourcesLibraryException const& error) {
-            return "--grey-table " + *table + ": " + error.what();
-        }
-    }
+    std::optional<GreyMapping> mapping;
+    if (auto const problem = GreyMapping::FromOptions(gamma, table, mapping))
+        return problem;
+    if (mapping)
+        settings._mapping = *mapping;
     return std::nullopt;
 }
 

@@ -50,48 +50,15 @@ std::string Help()
         "past its end, 2 if the command line is wrong or a file cannot be read or written.\n");
 }
 
-std::optional<std::string> ReadText(std::string const& path)
-{
-    std::ifstream stream(path, std::ios::binary);
-    if (!stream)
-        return std::nullopt;
-    std::ostringstream text;
-    text << stream.rdbuf();
-    return text.str();
-}
-
 // The greys the levels are drawn in; on a usage error writes it and gives nothing.
 std::optional<ContactSheet::LevelGreys> LevelGreysOf(Invocation& invocation)
 {
     auto const table = invocation.Options().Value(kGreyTableOption._long);
     auto const gamma = invocation.Options().Value(kGammaOption._long);
-    if (table && gamma) {
-        invocation.UsageError("give --gamma or --grey-table, not both");
-        return std::nullopt;
-    }
     std::optional<GreyMapping> mapping;
-    if (gamma) {
-        double value = 0;
-        auto const [end, error] = std::from_chars(gamma->data(), gamma->data() + gamma->size(), value);
-        if (gamma->empty() || error != std::errc() || end != gamma->data() + gamma->size() || !(value >= 0.1)
-            || !(value <= 10)) {
-            invocation.UsageError("--gamma takes a number from 0.1 to 10, not '" + *gamma + "'");
-            return std::nullopt;
-        }
-        mapping = GreyMapping::Gamma(value);
-    }
-    if (table) {
-        auto const text = ReadText(*table);
-        if (!text) {
-            invocation.UsageError("--grey-table: cannot read " + *table);
-            return std::nullopt;
-        }
-        try {
-            mapping = GreyMapping::Table(GreyMapping::ParseTable(*text));
-        } catch (ResourcesLibraryException const& error) {
-            invocation.UsageError("--grey-table " + *table + ": " + error.what());
-            return std::nullopt;
-        }
+    if (auto const problem = GreyMapping::FromOptions(gamma, table, mapping)) {
+        invocation.UsageError(*problem);
+        return std::nullopt;
     }
     if (!mapping)
         return ContactSheet::LinearGreys();
