@@ -21,7 +21,7 @@ endfunction()
 
 file(REMOVE_RECURSE "${WORK_DIR}")
 set(build "${WORK_DIR}/build")
-set(configure_options "-DPACKAGER_EMULATOR=${emulator}")
+set(configure_options)
 if(INSTALL_FROM)
     set(prefix "${WORK_DIR}/prefix")
     run("installing ${INSTALL_FROM}" "${CMAKE_COMMAND}" --install "${INSTALL_FROM}" --prefix "${prefix}")
@@ -31,8 +31,14 @@ else()
     list(APPEND configure_options "-DPackager_DIR=${PACKAGER_DIR}")
 endif()
 
-run("configuring the example" "${CMAKE_COMMAND}" -S "${SOURCE_DIR}" -B "${build}" -G "${GENERATOR}"
-    ${configure_options})
+# Not through run(): its arguments are one CMake list, which would split an emulator of several words
+# into several arguments; quoted here, the words stay one list value of PACKAGER_EMULATOR.
+execute_process(COMMAND "${CMAKE_COMMAND}" -S "${SOURCE_DIR}" -B "${build}" -G "${GENERATOR}"
+                        "-DPACKAGER_EMULATOR=${emulator}" ${configure_options}
+                RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+if(NOT result EQUAL 0)
+    message(FATAL_ERROR "configuring the example failed:\n${output}")
+endif()
 if(expected_tool)
     file(STRINGS "${build}/CMakeCache.txt" tool REGEX "^PACKAGER_EXECUTABLE:")
     string(REGEX REPLACE "^[^=]*=" "" tool "${tool}")
