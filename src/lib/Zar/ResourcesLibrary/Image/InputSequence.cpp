@@ -5,7 +5,6 @@
 #include "Zar/ResourcesLibrary/Image/codec/IndexPattern.h"
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
-#include <cstring>
 #include <exception>
 #include <istream>
 #include <memory>
@@ -119,29 +118,10 @@ void InputSequence::LoadAll(Callback const& callback, int start)
 
 std::string InputSequence::GetFilePath(int index, std::string const& name) const
 {
-    std::string const pattern = IndexPattern::OrDefault(_pattern);
-    char buffer[IndexPattern::kPathBufferSize] = {};
-    if (pattern.find('/') != std::string::npos) {
-        IndexPattern::Format(buffer, sizeof(buffer), pattern, index);
-    } else {
-        // The number follows the directory in what remains of the buffer: a long directory cuts
-        // the number rather than running past the buffer.
-        std::strncpy(buffer, _directory.c_str(), sizeof(buffer) - 1);
-        size_t const used = std::strlen(buffer);
-        IndexPattern::Format(buffer + used, sizeof(buffer) - used, pattern, index);
-    }
-    if (!name.empty()) {
-        if (char* slash = std::strrchr(buffer, '/')) {
-            size_t const offset = static_cast<size_t>(slash + 1 - buffer);
-            std::strncpy(slash + 1, name.c_str(), sizeof(buffer) - 1 - offset);
-            buffer[sizeof(buffer) - 1] = '\0';
-        }
-    }
-    if (Input::UsableExtension(buffer).empty()) {
-        char const* extension = _input ? Input::GetExtension(_input->GetFileFormat()) : nullptr;
-        std::strncat(buffer, extension ? extension : ".bmp", sizeof(buffer) - 1 - std::strlen(buffer));
-    }
-    return buffer;
+    std::string const path = IndexPattern::FilePath(_directory, _pattern, index, name);
+    if (!Input::UsableExtension(path).empty())
+        return path;
+    return IndexPattern::WithExtension(path, _input ? Input::GetExtension(_input->GetFileFormat()) : nullptr);
 }
 
 MutableImage InputSequence::Read(int index)

@@ -153,4 +153,34 @@ std::string IndexPattern::OrDefault(std::string const& pattern)
     return pattern;
 }
 
+std::string IndexPattern::FilePath(
+    std::string const& folder, std::string const& pattern, int index, std::string const& name)
+{
+    std::string const usedPattern = OrDefault(pattern);
+    char buffer[kPathBufferSize] = {};
+    if (usedPattern.find('/') != std::string::npos) {
+        Format(buffer, sizeof(buffer), usedPattern, index);
+    } else {
+        std::strncpy(buffer, folder.c_str(), sizeof(buffer) - 1);
+        size_t const used = std::strlen(buffer);
+        Format(buffer + used, sizeof(buffer) - used, usedPattern, index);
+    }
+    if (!name.empty()) {
+        if (char* slash = std::strrchr(buffer, '/')) {
+            size_t const offset = static_cast<size_t>(slash + 1 - buffer);
+            std::strncpy(slash + 1, name.c_str(), sizeof(buffer) - 1 - offset);
+            buffer[sizeof(buffer) - 1] = '\0';
+        }
+    }
+    return buffer;
+}
+
+std::string IndexPattern::WithExtension(std::string path, char const* extension)
+{
+    path += extension ? extension : ".bmp";
+    if (path.size() > kPathBufferSize - 1)
+        path.resize(kPathBufferSize - 1);
+    return path;
+}
+
 } // namespace Zar::ResourcesLibrary::Image

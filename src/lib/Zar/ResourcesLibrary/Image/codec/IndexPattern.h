@@ -20,6 +20,17 @@ public:
 
     // The pattern itself, or "%04d" when it holds no '%' to put the index in.
     static std::string OrDefault(std::string const& pattern);
+
+    // The path of the image with this index: the pattern (OrDefault) formatted on its own when it
+    // holds a '/', else right behind the folder; then, when a name is given, the name in place of
+    // what follows the last '/'. Cut to what the path buffer holds: a long folder cuts the number,
+    // never runs past the buffer.
+    static std::string FilePath(
+        std::string const& folder, std::string const& pattern, int index, std::string const& name);
+
+    // The path with the extension behind it (".bmp" when extension is null), cut to what the path
+    // buffer holds.
+    static std::string WithExtension(std::string path, char const* extension);
 };
 
 } // namespace Zar::ResourcesLibrary::Image

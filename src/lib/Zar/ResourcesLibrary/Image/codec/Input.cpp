@@ -13,7 +13,6 @@
 #include "Zar/ResourcesLibrary/ResourcesLibraryException.h"
 
 #include <algorithm>
-#include <cstring>
 #include <limits>
 #include <utility>
 
@@ -106,29 +105,10 @@ MutableImage Input::Load(std::string const& filePath) { return Load(filePath.c_s
 
 std::string Input::GetFilePath(int index, std::string const& name) const
 {
-    std::string const pattern = IndexPattern::OrDefault(_pattern);
-    char buffer[IndexPattern::kPathBufferSize] = {};
-    if (pattern.find('/') != std::string::npos) {
-        IndexPattern::Format(buffer, sizeof(buffer), pattern, index);
-    } else {
-        // The formatted pattern goes right behind the folder. The room left is what remains of
-        // the buffer, so a long folder cuts the number instead of running past the buffer.
-        std::strncpy(buffer, _folder.c_str(), sizeof(buffer) - 1);
-        size_t const used = std::strlen(buffer);
-        IndexPattern::Format(buffer + used, sizeof(buffer) - used, pattern, index);
-    }
-    if (!name.empty()) {
-        if (char* slash = std::strrchr(buffer, '/')) {
-            size_t const offset = static_cast<size_t>(slash + 1 - buffer);
-            std::strncpy(slash + 1, name.c_str(), sizeof(buffer) - 1 - offset);
-            buffer[sizeof(buffer) - 1] = '\0';
-        }
-    }
-    if (std::strchr(buffer, '.') == nullptr) {
-        char const* extension = GetExtension(_fileFormat);
-        std::strncat(buffer, extension ? extension : ".bmp", sizeof(buffer) - 1 - std::strlen(buffer));
-    }
-    return buffer;
+    std::string const path = IndexPattern::FilePath(_folder, _pattern, index, name);
+    if (path.find('.') != std::string::npos)
+        return path;
+    return IndexPattern::WithExtension(path, GetExtension(_fileFormat));
 }
 
 size_t Input::RawRead(std::istream& stream, void* data, size_t size)

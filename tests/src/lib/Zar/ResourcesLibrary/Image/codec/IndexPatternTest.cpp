@@ -71,4 +71,51 @@ TEST(IndexPatternTest, FormatIntoNoRoomWritesNothing)
     EXPECT_EQ('\0', buffer[0]);
 }
 
+TEST(IndexPatternTest, FilePathPutsTheNumberBehindTheFolder)
+{
+    EXPECT_EQ("bmp/icons/0007", IndexPattern::FilePath("bmp/icons/", "", 7, ""));
+    EXPECT_EQ("bmp/icons/7.bmp", IndexPattern::FilePath("bmp/icons/", "%u.bmp", 7, ""));
+}
+
+TEST(IndexPatternTest, FilePathOfAPatternWithAFolderIgnoresTheFolder)
+{
+    EXPECT_EQ("frames/0007.bmp", IndexPattern::FilePath("bmp/icons/", "frames/%04d.bmp", 7, ""));
+}
+
+TEST(IndexPatternTest, FilePathPutsTheNameInPlaceOfWhatFollowsTheLastSlash)
+{
+    EXPECT_EQ("bmp/icons/Play", IndexPattern::FilePath("bmp/icons/", "", 7, "Play"));
+    EXPECT_EQ("frames/Play.png", IndexPattern::FilePath("", "frames/%04d.bmp", 7, "Play.png"));
+}
+
+TEST(IndexPatternTest, FilePathWithoutASlashKeepsTheNumberAndDropsTheName)
+{
+    EXPECT_EQ("0007", IndexPattern::FilePath("", "", 7, "Play"));
+}
+
+TEST(IndexPatternTest, FilePathOfALongFolderCutsTheNumber)
+{
+    std::string const folder(510, 'f');
+    EXPECT_EQ(folder + "0", IndexPattern::FilePath(folder, "", 7, ""));
+    std::string const longer(600, 'f');
+    EXPECT_EQ(std::string(511, 'f'), IndexPattern::FilePath(longer, "", 7, ""));
+}
+
+TEST(IndexPatternTest, FilePathCutsALongNameAtTheBuffer)
+{
+    std::string const path = IndexPattern::FilePath("d/", "", 7, std::string(600, 'n'));
+    EXPECT_EQ("d/" + std::string(509, 'n'), path);
+}
+
+TEST(IndexPatternTest, WithExtensionAppendsTheExtensionOrBmp)
+{
+    EXPECT_EQ("bmp/icons/Play.png", IndexPattern::WithExtension("bmp/icons/Play", ".png"));
+    EXPECT_EQ("bmp/icons/Play.bmp", IndexPattern::WithExtension("bmp/icons/Play", nullptr));
+}
+
+TEST(IndexPatternTest, WithExtensionCutsAtTheBuffer)
+{
+    EXPECT_EQ(std::string(509, 'p') + ".b", IndexPattern::WithExtension(std::string(509, 'p'), nullptr));
+}
+
 } // namespace
