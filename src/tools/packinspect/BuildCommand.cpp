@@ -4,7 +4,6 @@
 #include "ImageGeometry.h"
 #include "PackArguments.h"
 #include "PackBuild.h"
-#include "TreeChecker.h"
 
 #include "Zar/ResourcesLibrary/Pack/PackFormat.h"
 
@@ -86,12 +85,9 @@ int Run(Invocation& invocation)
     PackBuild::Options options;
     options._root = invocation.Operands().empty() ? "bmp" : invocation.Operands()[0];
     options._outputFolder = *output;
-    std::string const sectorText = invocation.Options()
-                                       .Value(kSectorOption._long)
-                                       .value_or(std::to_string(Pack::PackFormat::kDefaultFirstSector));
-    auto const sector = TreeChecker::ParseSector(sectorText);
+    auto const sector = CommonOptions::Sector(invocation);
     if (!sector)
-        return invocation.UsageError("the sector '" + sectorText + "' is not a number from 0 up");
+        return kUsage;
     options._sector = *sector;
     options._version = invocation.Options().Value(kVersionOption._long).value_or("");
     if (!options._version.empty() && !IsVersion(options._version))

@@ -54,12 +54,9 @@ int Run(Invocation& invocation)
     if (invocation.Operands().size() > 1)
         return invocation.UsageError("one bmp folder at most");
     std::string const root = invocation.Operands().empty() ? "bmp/" : invocation.Operands()[0];
-    std::string const sectorText = invocation.Options()
-                                       .Value(kSectorOption._long)
-                                       .value_or(std::to_string(Pack::PackFormat::kDefaultFirstSector));
-    auto const sector = TreeChecker::ParseSector(sectorText);
+    auto const sector = CommonOptions::Sector(invocation);
     if (!sector)
-        return invocation.UsageError("the sector '" + sectorText + "' is not a number from 0 up");
+        return kUsage;
     std::optional<ImageGeometry> icon;
     if (auto const text = invocation.Options().Value(PackArguments::kIconOption._long)) {
         icon = ImageGeometry::Parse(*text);

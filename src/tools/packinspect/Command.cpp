@@ -2,6 +2,7 @@
 
 #include "CommandLine.h"
 #include "PackArguments.h"
+#include "TreeChecker.h"
 
 #include "Zar/ResourcesLibrary/Pack/PackFormat.h"
 
@@ -18,6 +19,16 @@ OptionParser::Option const CommonOptions::kSector { "sector", 0, true };
 OptionParser::Option const CommonOptions::kStrict { "strict", 0, false };
 OptionParser::Option const CommonOptions::kGamma { "gamma", 0, true };
 OptionParser::Option const CommonOptions::kGreyTable { "grey-table", 0, true };
+
+std::optional<int32_t> CommonOptions::Sector(Invocation& invocation)
+{
+    std::string const text
+        = invocation.Options().Value(kSector._long).value_or(std::to_string(PackFormat::kDefaultFirstSector));
+    auto const sector = TreeChecker::ParseSector(text);
+    if (!sector)
+        invocation.UsageError("the sector '" + text + "' is not a number from 0 up");
+    return sector;
+}
 
 std::string Command::HelpText(std::string text)
 {

@@ -2,6 +2,7 @@
 
 #include "OptionParser.h"
 
+#include <cstdint>
 #include <iosfwd>
 #include <optional>
 #include <string>
@@ -24,6 +25,10 @@ struct CommonOptions {
     static OptionParser::Option const kStrict;
     static OptionParser::Option const kGamma;
     static OptionParser::Option const kGreyTable;
+
+    // The --sector value, or packager's default first sector when it is not given; a usage error and
+    // nothing when it is not a whole number from 0 up.
+    static std::optional<int32_t> Sector(Invocation& invocation);
 };
 
 // One packinspect command, as its row of the command table gives it: the name it is called by, the

@@ -15,10 +15,12 @@ using Zar::Lt::Core::ScratchFolder;
 
 TEST(CheckCommandTest, CheckRefusesABadSectorAndTwoFolders)
 {
-    for (char const* sector : { "--sector=abc", "--sector=-1", "--sector=", "--sector=12x" }) {
-        auto const result = Inspect({ "check", sector });
+    for (std::string const sector : { "abc", "-1", "", "12x", "2147483648" }) {
+        auto const result = Inspect({ "check", "--sector=" + sector });
         EXPECT_EQ(result._status, 2) << sector;
-        EXPECT_THAT(result._err, StartsWith("packinspect check: the sector '")) << sector;
+        EXPECT_EQ(result._err,
+            UsageText("packinspect check", "the sector '" + sector + "' is not a number from 0 up"))
+            << sector;
     }
     EXPECT_EQ(Inspect({ "check", "a", "b" })._err, UsageText("packinspect check", "one bmp folder at most"));
 }
