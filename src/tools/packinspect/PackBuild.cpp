@@ -57,17 +57,44 @@ std::string CrcLine(std::string const& printed)
 // A folder beside the output folder, so that moving out of it is a rename on the same file system.
 std::optional<fs::path> MakeStaging(fs::path const& output)
 {
-    fs::path const parent = fs::absolute(output).parent_path();
+    fs::path const parent = output.parent_path();
     // Appended piece by piece: GCC 12's -O3 restrict check misreads "." + a temporary string as an
     // overlapping copy.
     std::string name = ".";
-    name += fs::absolute(output).filename().string();
+    name += output.filename().string();
     name += ".staging-XXXXXX";
     std::string pattern = (parent / name).string();
     if (!mkdtemp(pattern.data()))
         return std::nullopt;
     return fs::path(pattern);
 }
+
+// Makes the folders missing above the output folder (so that "-o build/generated" works in a fresh
+// checkout) and, when it is destroyed, removes those of them that are still empty: a failed build
+// leaves no trace, a successful one keeps the folders its outputs are in.
+class MissingParents {
+public:
+    explicit MissingParents(fs::path const& output)
+    {
+        std::error_code error;
+        for (fs::path folder = output.parent_path(); !folder.empty() && !fs::exists(folder, error);
+             folder = folder.parent_path())
+            _made.insert(_made.begin(), folder);
+        for (auto const& folder : _made)
+            fs::create_directory(folder, error);
+    }
+    ~MissingParents()
+    {
+        std::error_code error;
+        for (auto folder = _made.rbegin(); folder != _made.rend(); ++folder)
+            fs::remove(*folder, error);
+    }
+    MissingParents(MissingParents const&) = delete;
+    MissingParents& operator=(MissingParents const&) = delete;
+
+private:
+    std::vector<fs::path> _made;
+};
 
 // Removes the staging folder whatever happens; the link to the tree inside it is removed as a link.
 class StagingFolder {
@@ -121,7 +148,9 @@ int PackBuild::Run()
     if (packager.empty())
         return Problem("packager is not beside packinspect (" + ChildProcess::ExecutableFolder()
             + ") nor on PATH; " + _options._outputFolder + " is unchanged");
-    auto const staging = MakeStaging(_options._outputFolder);
+    fs::path const output = OutputPath();
+    MissingParents const parents(output);
+    auto const staging = MakeStaging(output);
     if (!staging)
         return Problem("cannot make a staging folder beside " + _options._outputFolder + "; it is unchanged");
     StagingFolder const removed(*staging);
@@ -139,6 +168,15 @@ int PackBuild::Run()
          << packager << '\n'
          << _printed;
     return 0;
+}
+
+fs::path PackBuild::OutputPath() const
+{
+    // Absolute and without a trailing '/', so that its parent is the folder it is in.
+    fs::path output = fs::absolute(_options._outputFolder).lexically_normal();
+    if (!output.has_filename())
+        output = output.parent_path();
+    return output;
 }
 
 bool PackBuild::Check()

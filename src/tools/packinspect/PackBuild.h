@@ -48,6 +48,7 @@ public:
     static constexpr char kManifest[] = ".packinspect-build";
 
 private:
+    std::filesystem::path OutputPath() const;
     bool Check();
     std::string Packager() const;
     bool RunPackager(std::string const& packager, std::filesystem::path const& staging);

@@ -57,7 +57,9 @@ public:
     }
 
     PackagerTree& Tree() { return _tree; }
-    fs::path Output() const { return _tree.Folder() / "out"; }
+    fs::path Output() const { return _output.empty() ? _tree.Folder() / "out" : _output; }
+    // Where Build writes instead of the tree's out/, as the command line gives it.
+    void OutputTo(fs::path output) { _output = std::move(output); }
 
     // A stand-in packager is a script of this machine, which runs the real one through the
     // emulator itself; packinspect must then start it as it is.
@@ -95,6 +97,7 @@ public:
 
 private:
     PackagerTree _tree;
+    fs::path _output;
 };
 
 } // namespace
@@ -253,12 +256,42 @@ TEST(PackBuildTest, TheEmulatorRunsPackager)
         PackagerPath() + " version 1.2.3.4 sector 12\n", ReadText(tree.Tree().Folder() / "emulated.txt"));
 }
 
+TEST(PackBuildTest, FoldersMissingAboveTheOutputFolderAreMade)
+{
+    BuildTree tree;
+    tree.OutputTo(tree.Tree().Folder() / "build/generated/pack");
+    auto const run = tree.Build();
+    EXPECT_EQ(0, run._status) << run._err;
+    EXPECT_TRUE(fs::is_regular_file(tree.Output() / "oled.pack"));
+}
+
+TEST(PackBuildTest, AFailedBuildRemovesTheFoldersItMadeAboveTheOutputFolder)
+{
+    BuildTree tree;
+    tree.OutputTo(tree.Tree().Folder() / "build/generated/pack");
+    auto const run = tree.Build("/bin/false");
+    EXPECT_EQ(1, run._status);
+    EXPECT_FALSE(fs::exists(tree.Tree().Folder() / "build"));
+}
+
+TEST(PackBuildTest, AnOutputFolderWithATrailingSlashBuildsAndLeavesNoStagingFolder)
+{
+    BuildTree tree;
+    tree.OutputTo(tree.Tree().Folder() / "generated/");
+    auto const run = tree.Build();
+    EXPECT_EQ(0, run._status) << run._err;
+    EXPECT_TRUE(fs::is_regular_file(tree.Tree().Folder() / "generated/oled.pack"));
+    for (auto const& entry : fs::directory_iterator(tree.Tree().Folder() / "generated"))
+        EXPECT_EQ(std::string::npos, entry.path().filename().string().find("staging")) << entry.path();
+}
+
 TEST(PackBuildTest, AStagingFolderThatCannotBeMadeFails)
 {
     BuildTree tree;
+    WriteFile(tree.Tree().Folder() / "a-file", "not a folder");
     PackBuild::Options options;
     options._root = (tree.Tree().Folder() / "bmp").string();
-    options._outputFolder = (tree.Tree().Folder() / "no/such/out").string();
+    options._outputFolder = (tree.Tree().Folder() / "a-file/out").string();
     std::ostringstream out;
     std::ostringstream err;
     EXPECT_EQ(1, PackBuild(options, PackagerPath(), out, err).Run());
