@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <array>
 #include <exception>
+#include <string>
+#include <vector>
 
 namespace Zar::ResourcesLibrary::Tools::Inspect {
 
@@ -33,6 +35,29 @@ constexpr std::array<std::string_view, 35> kPythonKeywords { "False", "None", "T
 
 constexpr std::array<std::string_view, 21> kCommandsKeys { "MENU", "SHIFT", "S3", "S4", "S5", "S6", "S7",
     "S8", "CLEAR", "ENTER", "F1", "F2", "F3", "F4", "F5", "F6", "F7", "F8", "F9", "F10", "from_name" };
+
+// The object-like macros of <stdint.h>, which the generated headers include: an enumerator spelled as
+// one of them is replaced by a number before the compiler sees it.
+std::vector<std::string> MakeStdintMacros()
+{
+    std::vector<std::string> macros;
+    std::vector<std::string> kinds;
+    for (char const* bits : { "8", "16", "32", "64" })
+        for (char const* width : { "", "_LEAST", "_FAST" })
+            kinds.push_back(std::string("INT") + width + bits);
+    kinds.insert(kinds.end(), { "INTPTR", "INTMAX" });
+    for (auto const& kind : kinds)
+        for (char const* limit : { "_MIN", "_MAX", "_WIDTH" }) {
+            macros.push_back(kind + limit);
+            if (std::string_view(limit) != "_MIN")
+                macros.push_back("U" + kind + limit);
+        }
+    for (char const* kind : { "PTRDIFF", "SIG_ATOMIC", "WCHAR", "WINT", "SIZE" })
+        for (char const* limit : { "_MIN", "_MAX", "_WIDTH" })
+            if (std::string_view(kind) != "SIZE" || std::string_view(limit) != "_MIN")
+                macros.push_back(std::string(kind) + limit);
+    return macros;
+}
 
 bool Holds(std::span<std::string_view const> words, std::string_view word)
 {
@@ -90,7 +115,6 @@ std::optional<std::string> GeneratedName::ListedNameProblem(std::string_view nam
     if (*spelling == name)
         return "the name " + std::string(name) + " " + *problem;
     return "the name " + std::string(name) + ", " + *spelling + " in the generated sources, " + *problem;
-    return std::nullopt;
 }
 
 std::optional<std::string> GeneratedName::Spelling(std::string_view name)
@@ -117,6 +141,8 @@ std::optional<std::string> GeneratedName::Problem(std::string_view spelling)
         return "is a C++ keyword";
     if (IsPythonKeyword(spelling))
         return "is a Python keyword";
+    if (IsStdintMacro(spelling))
+        return "is a macro of <stdint.h>, which the generated headers include, so it becomes a number";
     if (spelling.find("__") != std::string_view::npos
         || (spelling.size() > 1 && spelling[0] == '_' && spelling[1] >= 'A' && spelling[1] <= 'Z'))
         return "is reserved to the C++ implementation (a double '_', or '_' and a capital letter)";
@@ -130,6 +156,18 @@ bool GeneratedName::IsCommandsKey(std::string_view spelling) { return Holds(Comm
 bool GeneratedName::IsCppKeyword(std::string_view word) { return Holds(CppKeywords(), word); }
 
 bool GeneratedName::IsPythonKeyword(std::string_view word) { return Holds(PythonKeywords(), word); }
+
+bool GeneratedName::IsStdintMacro(std::string_view word)
+{
+    auto const& macros = StdintMacros();
+    return std::find(macros.begin(), macros.end(), word) != macros.end();
+}
+
+std::span<std::string const> GeneratedName::StdintMacros()
+{
+    static std::vector<std::string> const macros = MakeStdintMacros();
+    return macros;
+}
 
 std::span<std::string_view const> GeneratedName::CppKeywords() { return kCppKeywords; }
 

@@ -41,9 +41,12 @@ public:
 
     static bool IsCppKeyword(std::string_view word);
     static bool IsPythonKeyword(std::string_view word);
+    static bool IsStdintMacro(std::string_view word);
 
     static std::span<std::string_view const> CppKeywords();
     static std::span<std::string_view const> PythonKeywords();
+    // INT8_MAX, UINT_FAST16_WIDTH, SIZE_MAX, ...: the object-like macros <stdint.h> defines.
+    static std::span<std::string const> StdintMacros();
     // MENU, SHIFT, S3 to S8, CLEAR, ENTER, F1 to F10 and the class method from_name.
     static std::span<std::string_view const> CommandsKeys();
 };

@@ -498,7 +498,7 @@ void TreeChecker::CheckNames(ListCheck const& list, std::vector<Item> const& ite
         }
         std::string const fixName
             = "rename the file and its line to ASCII letters, digits and '_', starting with a"
-              " letter, and no keyword";
+              " letter, and no keyword or <stdint.h> macro";
         if (auto const problem = GeneratedName::Problem(*spelling)) {
             FailItem(list, item,
                 sources + " spell the name " + *spelling + ", which " + *problem + ": they do not compile",

@@ -37,6 +37,8 @@ TEST(GeneratedNameTest, EachProblemIsNamed)
     EXPECT_EQ("is a C++ keyword", GeneratedName::Problem("delete"));
     EXPECT_EQ("is a Python keyword", GeneratedName::Problem("None"));
     EXPECT_EQ("is a Python keyword", GeneratedName::Problem("True"));
+    EXPECT_EQ("is a macro of <stdint.h>, which the generated headers include, so it becomes a number",
+        GeneratedName::Problem("INT8_MAX"));
     EXPECT_EQ("is reserved to the C++ implementation (a double '_', or '_' and a capital letter)",
         GeneratedName::Problem("A__b"));
     EXPECT_EQ("is reserved to the C++ implementation (a double '_', or '_' and a capital letter)",
@@ -53,6 +55,18 @@ TEST(GeneratedNameTest, KeywordListsAreTheLanguages)
     EXPECT_FALSE(GeneratedName::IsCppKeyword("final"));
     EXPECT_TRUE(GeneratedName::IsPythonKeyword("nonlocal"));
     EXPECT_FALSE(GeneratedName::IsPythonKeyword("match"));
+}
+
+TEST(GeneratedNameTest, StdintMacrosAreTheObjectLikeOnesOfTheHeader)
+{
+    EXPECT_EQ(84u, GeneratedName::StdintMacros().size());
+    for (char const* macro : { "INT8_MIN", "UINT64_MAX", "INT_LEAST16_WIDTH", "UINT_FAST32_MAX", "INTPTR_MIN",
+             "UINTMAX_WIDTH", "PTRDIFF_MIN", "SIG_ATOMIC_MAX", "WCHAR_WIDTH", "WINT_MIN", "SIZE_MAX" })
+        EXPECT_TRUE(GeneratedName::IsStdintMacro(macro)) << macro;
+    // Function-like macros are replaced only before '(', which an enumerator never has; there is no
+    // unsigned minimum.
+    for (char const* word : { "INT8_C", "UINTMAX_C", "UINT8_MIN", "SIZE_MIN", "Int8_max", "INT128_MAX" })
+        EXPECT_FALSE(GeneratedName::IsStdintMacro(word)) << word;
 }
 
 TEST(GeneratedNameTest, TheCommandsModuleKeysAreTaken)

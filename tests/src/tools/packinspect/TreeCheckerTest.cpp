@@ -381,13 +381,13 @@ TEST(TreeCheckerTest, NamesTheSourcesCannotCompileFail)
 {
     Tree tree;
     tree.MakeSound();
-    for (char const* name : { "Play Big", "2nd", "Play(1)", "none" })
+    for (char const* name : { "Play Big", "2nd", "Play(1)", "none", "INT8_MAX" })
         tree.Icon(name);
-    tree.IconList("Play Big\n2nd\nPlay(1)\nnone\n");
+    tree.IconList("Play Big\n2nd\nPlay(1)\nnone\nINT8_MAX\n");
     auto const outcome = Check(tree);
     std::string const fix
         = "; fix: rename the file and its line to ASCII letters, digits and '_', starting with a"
-          " letter, and no keyword";
+          " letter, and no keyword or <stdint.h> macro";
     EXPECT_THAT(outcome._failures,
         testing::ElementsAre(At(tree.Icons(), 1, 2, "icon", "Play Big", tree.File("icons/Play Big.bmp"))
                 + "Icons.h and Icons.py spell the name Play Big, which holds a space, which an identifier "
@@ -404,6 +404,10 @@ TEST(TreeCheckerTest, NamesTheSourcesCannotCompileFail)
                 + fix,
             At(tree.Icons(), 4, 5, "icon", "none", tree.File("icons/none.bmp"))
                 + "Icons.h and Icons.py spell the name None, which is a Python keyword: they do not compile"
+                + fix,
+            At(tree.Icons(), 5, 6, "icon", "INT8_MAX", tree.File("icons/INT8_MAX.bmp"))
+                + "Icons.h and Icons.py spell the name INT8_MAX, which is a macro of <stdint.h>, which the "
+                  "generated headers include, so it becomes a number: they do not compile"
                 + fix));
 }
 
