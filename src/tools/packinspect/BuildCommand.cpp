@@ -5,8 +5,6 @@
 #include "PackArguments.h"
 #include "PackBuild.h"
 
-#include "Zar/ResourcesLibrary/Pack/PackFormat.h"
-
 #include <charconv>
 #include <optional>
 #include <sstream>

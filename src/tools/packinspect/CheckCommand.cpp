@@ -9,8 +9,6 @@
 
 #include "LoggingManager.h"
 
-#include "Zar/ResourcesLibrary/Pack/PackFormat.h"
-
 #include <iostream>
 #include <optional>
 
